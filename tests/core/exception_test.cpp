@@ -1,0 +1,279 @@
+#include <mox/mox.h>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include "support/child.h"
+#include "support/error_listener.h"
+
+using mox_test::ChildOutcome;
+using mox_test::ErrorListener;
+using mox_test::run_in_child;
+
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kAddressSanitizer = true;
+#else
+constexpr bool kAddressSanitizer = false;
+#endif
+
+// The entry on top of the exception stack, found through the `prev` of a new entry.
+mox_exception* current_top() {
+    mox_exception* probe = nullptr;
+    if (!mox_exception_new(&probe, nullptr))
+        return nullptr;
+    mox_exception* top = probe->prev;
+    mox_exception_free(&probe);
+    return top;
+}
+
+mox_bool printing_hook(void* address, uint32_t code, uint32_t flags) {
+    Dl_info where{};
+    const char* module = dladdr(address, &where) != 0 && where.dli_fname != nullptr ? where.dli_fname : "?";
+    std::printf("top hook code=%08x flags=%08x address=%p module=%s\n", code, flags, address, module);
+    return 1;
+}
+
+mox_bool other_hook(void*, uint32_t code, uint32_t) {
+    std::printf("other hook code=%08x\n", code);
+    return 1;
+}
+
+// A real null write: the undefined-behaviour checker would stop it before the processor faults.
+__attribute__((noinline, no_sanitize_undefined)) void write_through_null() {
+    volatile int* nowhere = nullptr;
+    *nowhere = 1;
+}
+
+void* g_fault_address = nullptr;
+
+mox_bool address_hook(void* address, uint32_t code, uint32_t) {
+    g_fault_address = address;
+    auto start = reinterpret_cast<uintptr_t>(&write_through_null);
+    auto at = reinterpret_cast<uintptr_t>(address);
+    std::printf("fault code=%08x inside=%d\n", code, at >= start && at < start + 64 ? 1 : 0);
+    return 1;
+}
+
+void earlier_segv_handler(int) {
+    const char text[] = "earlier handler\n";
+    ssize_t ignored = write(STDOUT_FILENO, text, sizeof text - 1);
+    (void)ignored;
+    _exit(42);
+}
+
+void earlier_trap_handler(int) {
+    const char text[] = "earlier trap handler\n";
+    ssize_t ignored = write(STDOUT_FILENO, text, sizeof text - 1);
+    (void)ignored;
+    _exit(43);
+}
+
+bool contains(const ChildOutcome& outcome, const char* text) {
+    return outcome.output.find(text) != std::string::npos;
+}
+
+} // namespace
+
+TEST(Exception, ConstructPutsTheEntryOnTopAndInstallsTheFilter) {
+    mox_exception* bottom = current_top();
+    ASSERT_NE(bottom, nullptr);
+    EXPECT_EQ(bottom->header.class_id, MOX_EXCEPTION_CLASS_ID);
+    EXPECT_EQ(bottom->prev, nullptr);
+    EXPECT_EQ(bottom->prev_filter, nullptr) << "no filter stood before the library's";
+
+    mox_exception entry;
+    std::memset(&entry, 0x5A, sizeof entry);
+    int owner_storage = 0;
+    ASSERT_EQ(mox_exception_construct(&entry, &owner_storage), 1);
+    EXPECT_EQ(entry.header.class_id, MOX_EXCEPTION_CLASS_ID);
+    EXPECT_EQ(entry.header.owner, &owner_storage);
+    EXPECT_EQ(entry.header.flags, 0u);
+    EXPECT_EQ(entry.on_exception, nullptr);
+    EXPECT_EQ(entry.prev, bottom);
+    EXPECT_NE(entry.prev_filter, nullptr) << "the library's own filter stood before";
+    EXPECT_EQ(current_top(), &entry);
+    EXPECT_EQ(mox_exception_destruct(&entry), 1);
+    EXPECT_EQ(current_top(), bottom);
+}
+
+TEST(Exception, ConstructingTheTopAgainMakesNoCycle) {
+    mox_exception* bottom = current_top();
+    mox_exception entry;
+    ASSERT_EQ(mox_exception_construct(&entry, nullptr), 1);
+    ASSERT_EQ(mox_exception_construct(&entry, nullptr), 1);
+    EXPECT_EQ(entry.prev, nullptr);
+    ASSERT_EQ(mox_exception_destruct(&entry), 1);
+    // The stack below was cut off; the old bottom goes back on top for the tests that follow, with
+    // the filter it had replaced at its first construct.
+    void* filter_before_the_library = bottom->prev_filter;
+    ASSERT_EQ(mox_exception_construct(bottom, nullptr), 1);
+    EXPECT_NE(bottom->prev_filter, nullptr) << "the library's filter stood when it was constructed again";
+    bottom->prev_filter = filter_before_the_library;
+    EXPECT_EQ(current_top(), bottom);
+}
+
+TEST(Exception, NullArgumentsPostCoreParams) {
+    ErrorListener listener;
+    EXPECT_EQ(mox_exception_construct(nullptr, nullptr), 0);
+    EXPECT_EQ(mox_exception_destruct(nullptr), 0);
+    EXPECT_EQ(mox_exception_new(nullptr, nullptr), 0);
+    EXPECT_EQ(mox_exception_free(nullptr), 0);
+    EXPECT_EQ(listener.hints(), (std::vector<std::string>{"core.params", "core.params", "core.params", "core.params"}));
+}
+
+TEST(Exception, FreeOfAnEmptySlotPostsAndIsFalse) {
+    ErrorListener listener;
+    mox_exception* empty = nullptr;
+    EXPECT_EQ(mox_exception_free(&empty), 0);
+    EXPECT_EQ(listener.hints(), std::vector<std::string>{"core.params"});
+}
+
+TEST(Exception, FreeLeavesTheSlotHoldingTheReleasedPointer) {
+    mox_exception* bottom = current_top();
+    mox_exception* entry = nullptr;
+    ASSERT_EQ(mox_exception_new(&entry, nullptr), 1);
+    mox_exception* held = entry;
+    ErrorListener listener;
+    EXPECT_EQ(mox_exception_free(&entry), 1);
+    EXPECT_EQ(entry, held);
+    EXPECT_TRUE(listener.silent());
+    EXPECT_EQ(current_top(), bottom);
+}
+
+TEST(Exception, SecondGlobalStartupPostsAndAddsNothing) {
+    mox_exception* bottom = current_top();
+    ErrorListener listener;
+    EXPECT_EQ(mox_global_exception_startup(), 1);
+    EXPECT_EQ(listener.hints(), std::vector<std::string>{"core.params"});
+    EXPECT_EQ(current_top(), bottom);
+}
+
+TEST(Exception, GlobalCleanupWithoutAStackPostsAndIsTrue) {
+    ErrorListener listener;
+    ASSERT_EQ(mox_global_exception_cleanup(), 1);
+    EXPECT_TRUE(listener.silent());
+    EXPECT_EQ(mox_global_exception_cleanup(), 1);
+    EXPECT_EQ(listener.hints(), std::vector<std::string>{"core.params"});
+    listener.clear();
+    EXPECT_EQ(mox_global_exception_startup(), 1);
+    EXPECT_TRUE(listener.silent());
+    mox_exception* fresh = current_top();
+    ASSERT_NE(fresh, nullptr);
+    EXPECT_EQ(fresh->prev, nullptr);
+    EXPECT_EQ(fresh->prev_filter, nullptr);
+}
+
+TEST(Exception, ARaiseReachesTheHookWithItsCodeAndFlagsAndEndsTheProcess) {
+    auto outcome = run_in_child([] {
+        mox_exception* entry = nullptr;
+        mox_exception_new(&entry, nullptr);
+        entry->on_exception = printing_hook;
+        mox_exception_raise(0xE0001234, 1);
+        std::printf("raise returned\n");
+    });
+    ASSERT_TRUE(outcome.exited) << outcome.output;
+    EXPECT_EQ(outcome.status, 0x34) << "the low byte of the code";
+    EXPECT_TRUE(contains(outcome, "top hook code=e0001234 flags=00000001")) << outcome.output;
+    EXPECT_TRUE(contains(outcome, "libmox")) << "the address lies in the raising entry: " << outcome.output;
+    EXPECT_FALSE(contains(outcome, "raise returned"));
+}
+
+TEST(Exception, ACodeWhoseLowByteIsZeroStillEndsWithAFailure) {
+    auto outcome = run_in_child([] {
+        mox_exception* entry = nullptr;
+        mox_exception_new(&entry, nullptr);
+        entry->on_exception = printing_hook;
+        mox_exception_raise(0xE0000100, 0);
+    });
+    ASSERT_TRUE(outcome.exited) << outcome.output;
+    EXPECT_EQ(outcome.status, 255);
+    EXPECT_TRUE(contains(outcome, "top hook code=e0000100 flags=00000000")) << outcome.output;
+}
+
+TEST(Exception, TheHookOfWhicheverEntryIsOnTopIsTold) {
+    auto outcome = run_in_child([] {
+        mox_exception* bottom = current_top();
+        bottom->on_exception = other_hook;
+        mox_exception* entry = nullptr;
+        mox_exception_new(&entry, nullptr);
+        entry->on_exception = printing_hook;
+        mox_exception_free(&entry);
+        mox_exception_raise(0xE0000007, 0);
+    });
+    ASSERT_TRUE(outcome.exited) << outcome.output;
+    EXPECT_EQ(outcome.status, 7);
+    EXPECT_TRUE(contains(outcome, "other hook code=e0000007")) << outcome.output;
+    EXPECT_FALSE(contains(outcome, "top hook code=")) << outcome.output;
+}
+
+TEST(Exception, AHardwareFaultReachesTheHookWithItsAddress) {
+    auto outcome = run_in_child([] {
+        mox_exception* entry = nullptr;
+        mox_exception_new(&entry, nullptr);
+        entry->on_exception = address_hook;
+        write_through_null();
+        std::printf("write returned\n");
+    });
+    ASSERT_TRUE(outcome.exited) << outcome.output;
+    EXPECT_EQ(outcome.status, 0x05);
+    EXPECT_TRUE(contains(outcome, "fault code=c0000005 inside=1")) << outcome.output;
+    EXPECT_FALSE(contains(outcome, "write returned"));
+}
+
+TEST(Exception, WithNoHookTheEarlierHandlerRuns) {
+    auto outcome = run_in_child([] {
+        // Take the library's filter away, so that the program's own handler is what stood before it.
+        mox_global_exception_cleanup();
+        std::signal(SIGSEGV, earlier_segv_handler);
+        mox_global_exception_startup();
+        write_through_null();
+    });
+    ASSERT_TRUE(outcome.exited) << outcome.output;
+    EXPECT_EQ(outcome.status, 42);
+    EXPECT_TRUE(contains(outcome, "earlier handler")) << outcome.output;
+}
+
+TEST(Exception, WithNoHookAndNoEarlierHandlerTheFaultEndsTheProcess) {
+    auto outcome = run_in_child([] { write_through_null(); });
+    if (kAddressSanitizer) {
+        // The sanitizer's own handler is what stood before the library's filter.
+        EXPECT_TRUE(contains(outcome, "SEGV")) << outcome.output;
+    } else {
+        ASSERT_TRUE(outcome.signaled) << outcome.output;
+        EXPECT_EQ(outcome.signal, SIGSEGV);
+    }
+}
+
+TEST(Exception, ARaiseWithNoHookEndsTheProcessByTheDefaultAction) {
+    auto outcome = run_in_child([] {
+        mox_exception_raise(0xE0000001, 0);
+        std::printf("raise returned\n");
+    });
+    ASSERT_TRUE(outcome.signaled) << outcome.output;
+    EXPECT_EQ(outcome.signal, SIGTRAP);
+    EXPECT_FALSE(contains(outcome, "raise returned"));
+}
+
+TEST(Exception, DestructPutsBackTheFilterThatStoodAtConstruct) {
+    auto outcome = run_in_child([] {
+        mox_global_exception_cleanup();
+        std::signal(SIGTRAP, earlier_trap_handler);
+        mox_exception* entry = nullptr;
+        mox_exception_new(&entry, nullptr);
+        entry->on_exception = printing_hook;
+        mox_exception_free(&entry);
+        // No library filter stands now: the raise goes straight to the program's handler.
+        mox_exception_raise(0xE0000002, 0);
+    });
+    ASSERT_TRUE(outcome.exited) << outcome.output;
+    EXPECT_EQ(outcome.status, 43);
+    EXPECT_TRUE(contains(outcome, "earlier trap handler")) << outcome.output;
+    EXPECT_FALSE(contains(outcome, "top hook code=")) << outcome.output;
+}
