@@ -1,19 +1,15 @@
-# The units of the library, by subsystem. A new unit is added to its subsystem's list.
-set(MOX_CORE_SOURCES
-    src/core/object.cpp
-    src/core/library.cpp
-    src/core/lifecycle.cpp
-    src/core/error.cpp
-    src/core/exception.cpp
-    src/core/memory.cpp
-    src/core/swap.cpp
-    src/core/stubs.cpp)
+# The units of the library. Every .cpp file in a subsystem folder under src/ is a unit of the
+# library; the platform backend is chosen by the target system.
+set(MOX_SUBSYSTEMS core containers strings files math image scene window system time checksum authoring database)
 
-set(MOX_PLATFORM_SOURCES
-    src/platform/posix/heap.cpp
-    src/platform/posix/exception.cpp
-    src/platform/posix/codepage.cpp
-    src/platform/posix/loader.cpp)
+set(MOX_SOURCES)
+foreach(subsystem ${MOX_SUBSYSTEMS})
+    file(GLOB units CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${subsystem}/*.cpp)
+    list(APPEND MOX_SOURCES ${units})
+endforeach()
 
-set(MOX_SOURCES ${MOX_CORE_SOURCES} ${MOX_PLATFORM_SOURCES})
+file(GLOB MOX_PLATFORM_SOURCES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/platform/posix/*.cpp)
+list(APPEND MOX_SOURCES ${MOX_PLATFORM_SOURCES})
+
+# System libraries the platform backend needs.
 set(MOX_SYSTEM_LIBS)

@@ -4,6 +4,7 @@
 
 #include <mox/base.h>
 #include <mox/core.h>
+#include <mox/containers.h>
 #include <mox/strings.h>
 #include <mox/files.h>
 #include <mox/image.h>
