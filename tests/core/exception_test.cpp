@@ -45,10 +45,12 @@ mox_bool other_hook(void*, uint32_t code, uint32_t) {
     return 1;
 }
 
-// A real null write: the undefined-behaviour checker would stop it before the processor faults.
+// The address comes from memory, so that the compiler cannot see the null write and turn it into
+// something else; the undefined-behaviour checker is kept out so that the processor faults for real.
+volatile uintptr_t g_null_address = 0;
+
 __attribute__((noinline, no_sanitize_undefined)) void write_through_null() {
-    volatile int* nowhere = nullptr;
-    *nowhere = 1;
+    *reinterpret_cast<volatile int*>(g_null_address) = 1;
 }
 
 void* g_fault_address = nullptr;
