@@ -68,7 +68,9 @@ MOX_API mox_bool mox_exception_free(mox_exception** slot) {
     return mox_memory_free(reinterpret_cast<void**>(&block));
 }
 
-MOX_API void mox_exception_raise(uint32_t code, uint32_t flags) { mox::os::RaiseException(code, flags, 0, nullptr); }
+MOX_API void mox_exception_raise(uint32_t code, uint32_t flags) {
+    mox::os::RaiseException(code, flags, 0, nullptr);
+}
 
 MOX_API mox_bool mox_global_exception_startup(void) {
     if (g_exception_top != nullptr) {

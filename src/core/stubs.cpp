@@ -5,21 +5,21 @@
 #include "core/stub.h"
 
 // Takes any arguments, writes nothing through them, warns "core.unsupported", false.
-#define MOX_STUB_UNSUPPORTED(name) \
+#define MOX_STUB_UNSUPPORTED(name)                                                                           \
     MOX_API mox_bool name(void*, ...) { return mox::stub::unsupported(); }
 // Takes any arguments, false in silence.
-#define MOX_STUB_FAILURE(name) \
+#define MOX_STUB_FAILURE(name)                                                                               \
     MOX_API mox_bool name(void*, ...) { return mox::stub::plain_failure(); }
-#define MOX_STUB_FAILURE_NO_ARGUMENTS(name) \
+#define MOX_STUB_FAILURE_NO_ARGUMENTS(name)                                                                  \
     MOX_API mox_bool name(void) { return mox::stub::plain_failure(); }
 // True when both pointers are set; a file form that writes and reads nothing.
-#define MOX_STUB_FILE_FORM(name) \
+#define MOX_STUB_FILE_FORM(name)                                                                             \
     MOX_API mox_bool name(void* self, mox_file* file) { return mox::stub::two_pointers(self, file); }
 // The same, posting "core.params" when one is missing.
-#define MOX_STUB_FILE_FORM_POSTING(name) \
+#define MOX_STUB_FILE_FORM_POSTING(name)                                                                     \
     MOX_API mox_bool name(void* self, mox_file* file) { return mox::stub::two_pointers_posting(self, file); }
 // True for a non-null record; attaches to nothing.
-#define MOX_STUB_ONE_POINTER(name) \
+#define MOX_STUB_ONE_POINTER(name)                                                                           \
     MOX_API mox_bool name(void* self, ...) { return mox::stub::one_pointer(self); }
 
 extern "C" {
@@ -155,15 +155,21 @@ MOX_STUB_FILE_FORM(mox_spumux_load_from_file)
 MOX_STUB_FILE_FORM(mox_spumux_save_to_file)
 MOX_STUB_FILE_FORM(mox_thread_list_load_from_file)
 MOX_STUB_FILE_FORM(mox_thread_list_save_to_file)
-MOX_API mox_bool mox_window_get_region(void* self, void* region) { return mox::stub::two_pointers(self, region); }
-MOX_API mox_bool mox_window_set_region(void* self, void* region) { return mox::stub::two_pointers(self, region); }
+MOX_API mox_bool mox_window_get_region(void* self, void* region) {
+    return mox::stub::two_pointers(self, region);
+}
+MOX_API mox_bool mox_window_set_region(void* self, void* region) {
+    return mox::stub::two_pointers(self, region);
+}
 
 // Actions and scripts, which cannot be stored or run.
 MOX_STUB_FILE_FORM_POSTING(mox_action_load_from_file)
 MOX_STUB_FILE_FORM_POSTING(mox_action_save_to_file)
 MOX_STUB_FILE_FORM_POSTING(mox_script_load_from_file)
 MOX_STUB_FILE_FORM_POSTING(mox_script_save_to_file)
-MOX_API mox_bool mox_script_run(void* self, void* argument) { return mox::stub::two_pointers_posting(self, argument); }
+MOX_API mox_bool mox_script_run(void* self, void* argument) {
+    return mox::stub::two_pointers_posting(self, argument);
+}
 
 // True for a non-null argument, and nothing else.
 MOX_API mox_bool mox_astring_swap(void* self) { return mox::stub::one_pointer(self); }

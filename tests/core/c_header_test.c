@@ -7,12 +7,12 @@
 static int g_failures = 0;
 static int g_hints = 0;
 
-#define CHECK(condition)                                                                                   \
-    do {                                                                                                   \
-        if (!(condition)) {                                                                                \
-            fprintf(stderr, "%s:%d: failed: %s\n", __FILE__, __LINE__, #condition);                        \
-            ++g_failures;                                                                                  \
-        }                                                                                                  \
+#define CHECK(condition)                                                                                     \
+    do {                                                                                                     \
+        if (!(condition)) {                                                                                  \
+            fprintf(stderr, "%s:%d: failed: %s\n", __FILE__, __LINE__, #condition);                          \
+            ++g_failures;                                                                                    \
+        }                                                                                                    \
     } while (0)
 
 static mox_bool count_hint(mox_error* self, uintptr_t word) {

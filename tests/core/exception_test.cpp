@@ -127,7 +127,8 @@ TEST(Exception, NullArgumentsPostCoreParams) {
     EXPECT_EQ(mox_exception_destruct(nullptr), 0);
     EXPECT_EQ(mox_exception_new(nullptr, nullptr), 0);
     EXPECT_EQ(mox_exception_free(nullptr), 0);
-    EXPECT_EQ(listener.hints(), (std::vector<std::string>{"core.params", "core.params", "core.params", "core.params"}));
+    EXPECT_EQ(listener.hints(),
+              (std::vector<std::string>{"core.params", "core.params", "core.params", "core.params"}));
 }
 
 TEST(Exception, FreeOfAnEmptySlotPostsAndIsFalse) {

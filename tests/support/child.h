@@ -8,9 +8,9 @@
 namespace mox_test {
 
 struct ChildOutcome {
-    bool exited = false;    // ended by itself; `status` holds its exit status
+    bool exited = false; // ended by itself; `status` holds its exit status
     int status = -1;
-    bool signaled = false;  // ended by a signal; `signal` holds it
+    bool signaled = false; // ended by a signal; `signal` holds it
     int signal = 0;
     bool timed_out = false; // still running at the deadline, and then killed
     std::string output;     // what it wrote to stdout and stderr
