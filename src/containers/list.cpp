@@ -2,7 +2,16 @@
 #include <mox/containers.h>
 #include <mox/core.h>
 
+#include <cstddef>
+
 #include "containers/chain.h"
+
+// On a 32-bit target the records have the library's defined layout.
+#if UINTPTR_MAX == 0xFFFFFFFFu
+static_assert(sizeof(mox_list) == 28 && offsetof(mox_list, count) == 16 && offsetof(mox_list, last) == 24);
+static_assert(sizeof(mox_list_note) == 36 && offsetof(mox_list_note, key) == 16 &&
+              offsetof(mox_list_note, data) == 20 && offsetof(mox_list_note, destroy) == 32);
+#endif
 
 extern "C" {
 

@@ -3,7 +3,23 @@
 #include <mox/containers.h>
 #include <mox/core.h>
 
+#include <cstddef>
+
 #include "containers/chain.h"
+
+// The list's search serves the tree because the shared fields stand in the same places.
+static_assert(offsetof(mox_tree_note, key) == offsetof(mox_list_note, key) &&
+              offsetof(mox_tree_note, data) == offsetof(mox_list_note, data) &&
+              offsetof(mox_tree_note, prev) == offsetof(mox_list_note, prev) &&
+              offsetof(mox_tree_note, next) == offsetof(mox_list_note, next));
+static_assert(offsetof(mox_tree, count) == offsetof(mox_list, count) &&
+              offsetof(mox_tree, first) == offsetof(mox_list, first) &&
+              offsetof(mox_tree, last) == offsetof(mox_list, last));
+#if UINTPTR_MAX == 0xFFFFFFFFu
+static_assert(sizeof(mox_tree) == 28);
+static_assert(sizeof(mox_tree_note) == 48 && offsetof(mox_tree_note, count) == 32 &&
+              offsetof(mox_tree_note, destroy) == 44);
+#endif
 
 namespace {
 

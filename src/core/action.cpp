@@ -2,7 +2,13 @@
 #include <mox/containers.h>
 #include <mox/core.h>
 
+#include <cstddef>
+
 #include "core/words.h"
+
+#if UINTPTR_MAX == 0xFFFFFFFFu
+static_assert(sizeof(mox_action) == 44 && offsetof(mox_action, entries) == 16);
+#endif
 
 namespace {
 

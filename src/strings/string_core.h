@@ -7,6 +7,12 @@
 #include <mox/strings.h>
 
 #include <cstdarg>
+#include <cstddef>
+
+#if UINTPTR_MAX == 0xFFFFFFFFu
+static_assert(sizeof(mox_astring_array) == 24 && offsetof(mox_astring_array, items) == 20);
+static_assert(sizeof(mox_wstring_array) == 24 && offsetof(mox_wstring_array, items) == 20);
+#endif
 
 namespace mox::strings {
 
