@@ -8,7 +8,96 @@ MOX_BEGIN_DECLS
 
 /* ---- List -------------------------------------------------------------------------------------- */
 
+#define MOX_LIST_CLASS_ID 0xBA41E5C9u
+#define MOX_LIST_NOTE_CLASS_ID 0xF84E106Au
+
+/* Called with the address of a note's `data` word when the note ends; for a held child this is the
+   child's own `free` entry, which takes that address as its slot. Its result is ignored. */
+typedef mox_bool (*mox_list_destroy)(void* data_slot);
+
+typedef struct mox_list_note {
+    mox_object header; /* owner: the list that created the note */
+    uint32_t key;
+    uintptr_t data; /* usually a pointer to the child the note carries */
+    struct mox_list_note* prev;
+    struct mox_list_note* next;
+    mox_list_destroy destroy;
+} mox_list_note;
+
+typedef struct mox_list {
+    mox_object header;
+    uint32_t count;
+    mox_list_note* first;
+    mox_list_note* last;
+} mox_list;
+
+MOX_API mox_bool mox_list_construct(mox_list* self, void* owner);
+MOX_API mox_bool mox_list_destruct(mox_list* self);
+MOX_API mox_bool mox_list_new(mox_list** out, void* owner);
+MOX_API mox_bool mox_list_free(mox_list** slot);
+
+MOX_API mox_bool mox_list_note_construct(mox_list_note* self, void* owner);
+/* Runs `destroy` on the data word; does not unlink the note. */
+MOX_API mox_bool mox_list_note_destruct(mox_list_note* self);
+MOX_API mox_bool mox_list_note_new(mox_list_note** out, void* owner);
+MOX_API mox_bool mox_list_note_free(mox_list_note** slot);
+/* False unless the note's owner is a list. */
+MOX_API mox_bool mox_list_note_get_index(mox_list_note* self, uint32_t* index);
+
+/* Position 1 puts the new note at the head, any other value at the tail. */
+MOX_API mox_bool mox_list_create_note(mox_list* self, mox_list_note** out, uint8_t position);
+MOX_API mox_bool mox_list_delete_note(mox_list* self, mox_list_note** slot);
+MOX_API mox_bool mox_list_delete_note_data(mox_list* self, uintptr_t data);
+MOX_API mox_bool mox_list_clear_note(mox_list* self);
+/* `*out` must be non-null on entry, or the search is not made and the result is false. */
+MOX_API mox_bool mox_list_find_note(mox_list* self, uint32_t key, mox_list_note** out);
+MOX_API mox_bool mox_list_find_index(mox_list* self, mox_list_note* note, uint32_t* index);
+
 /* ---- Tree -------------------------------------------------------------------------------------- */
+
+#define MOX_TREE_CLASS_ID 0x49B7430Du
+#define MOX_TREE_NOTE_CLASS_ID 0x0203A5B4u
+
+/* The first fields stand as in mox_list_note, so the list's search serves the tree. */
+typedef struct mox_tree_note {
+    mox_object header; /* owner: the tree or parent note that created it */
+    uint32_t key;
+    uintptr_t data;
+    struct mox_tree_note* prev;
+    struct mox_tree_note* next;
+    uint32_t count;
+    struct mox_tree_note* first;
+    struct mox_tree_note* last;
+    mox_list_destroy destroy;
+} mox_tree_note;
+
+typedef struct mox_tree {
+    mox_object header;
+    uint32_t count;
+    mox_tree_note* first;
+    mox_tree_note* last;
+} mox_tree;
+
+MOX_API mox_bool mox_tree_construct(mox_tree* self, void* owner);
+MOX_API mox_bool mox_tree_destruct(mox_tree* self);
+MOX_API mox_bool mox_tree_new(mox_tree** out, void* owner);
+MOX_API mox_bool mox_tree_free(mox_tree** slot);
+
+MOX_API mox_bool mox_tree_note_construct(mox_tree_note* self, void* owner);
+/* Ends the subtree depth first, then runs `destroy` on the note's own data word. */
+MOX_API mox_bool mox_tree_note_destruct(mox_tree_note* self);
+MOX_API mox_bool mox_tree_note_new(mox_tree_note** out, void* owner);
+MOX_API mox_bool mox_tree_note_free(mox_tree_note** slot);
+
+MOX_API mox_bool mox_tree_create_note(mox_tree* self, mox_tree_note** out, uint8_t position);
+MOX_API mox_bool mox_tree_note_create_note(mox_tree_note* self, mox_tree_note** out, uint8_t position);
+MOX_API mox_bool mox_tree_delete_note(mox_tree* self, mox_tree_note** slot);
+MOX_API mox_bool mox_tree_note_delete_note(mox_tree_note* self, mox_tree_note** slot);
+/* Both searches need a non-null `*out` on entry, and look one level deep only. */
+MOX_API mox_bool mox_tree_find_note(mox_tree* self, uint32_t key, mox_tree_note** out);
+MOX_API mox_bool mox_tree_note_find_note(mox_tree_note* self, uint32_t key, mox_tree_note** out);
+MOX_API mox_bool mox_tree_clear_note(mox_tree* self);
+MOX_API mox_bool mox_tree_note_clear_note(mox_tree_note* self);
 
 /* ---- Array, stack and FIFO --------------------------------------------------------------------- */
 

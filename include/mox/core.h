@@ -3,6 +3,7 @@
 #define MOX_CORE_H
 
 #include <mox/base.h>
+#include <mox/containers.h>
 
 MOX_BEGIN_DECLS
 
@@ -125,8 +126,30 @@ MOX_API uint32_t mox_swap_bit8(uint16_t x);
 MOX_API uint32_t mox_swap_bit16(uint32_t x);
 MOX_API uint64_t mox_swap_bit32(uint64_t x);
 
-/* ---- Actions (persistence only, so far) -------------------------------------------------------- */
+/* ---- Actions ----------------------------------------------------------------------------------- */
 
+#define MOX_ACTION_CLASS_ID 0xBCE9EA9Cu
+
+struct mox_action;
+/* Called with the registry, the identifier and the caller's argument word. Its result is ignored. */
+typedef mox_bool (*mox_action_callback)(struct mox_action* action, uint32_t id, uintptr_t argument);
+
+/* Identifiers mapped to callbacks: one note per identifier, `key` the identifier, `data` the
+   callback. The family reports a null registry as "core.params". */
+typedef struct mox_action {
+    mox_object header;
+    mox_list entries;
+} mox_action;
+
+MOX_API mox_bool mox_action_construct(mox_action* self, void* owner);
+MOX_API mox_bool mox_action_destruct(mox_action* self);
+MOX_API mox_bool mox_action_new(mox_action** out, void* owner);
+MOX_API mox_bool mox_action_free(mox_action** slot);
+/* A second registration of an identifier replaces the callback in place; a null callback is kept. */
+MOX_API mox_bool mox_action_reg(mox_action* self, uint32_t id, mox_action_callback callback);
+MOX_API mox_bool mox_action_unreg(mox_action* self, uint32_t id);
+/* False for an unknown identifier or a null callback; otherwise true whatever the callback says. */
+MOX_API mox_bool mox_action_call(mox_action* self, uint32_t id, uintptr_t argument);
 /* A registry holds function pointers and has no file form: both are placeholders that check their
    two pointers and post "core.params" when one is null. */
 MOX_API mox_bool mox_action_save_to_file(void* self, mox_file* file);
