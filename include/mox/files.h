@@ -66,7 +66,25 @@ MOX_API mox_bool mox_file_set_pointer_u64(mox_file* self, uint64_t position);
 MOX_API uint32_t mox_file_write(mox_file* self, const void* data, uint32_t size);
 MOX_API uint32_t mox_file_read(mox_file* self, void* data, uint32_t size);
 
+MOX_API mox_bool mox_file_stream_construct(mox_file_stream* self, void* owner);
+MOX_API mox_bool mox_file_stream_destruct(mox_file_stream* self);
+MOX_API mox_bool mox_file_stream_new(mox_file_stream** out, void* owner);
+MOX_API mox_bool mox_file_stream_free(mox_file_stream** slot);
+MOX_API mox_bool mox_file_stream_cache_size(mox_file_stream* self, uint32_t size);
+MOX_API mox_bool mox_file_stream_write(mox_file_stream* self, const void* data, uint32_t size);
+MOX_API mox_bool mox_file_stream_read(mox_file_stream* self, void* data, uint32_t size);
+MOX_API mox_bool mox_file_stream_peek(mox_file_stream* self, void* data, uint32_t size);
+MOX_API mox_bool mox_file_stream_flush(mox_file_stream* self);
 
+MOX_API mox_bool mox_file_map_construct(mox_file_map* self, void* owner);
+MOX_API mox_bool mox_file_map_destruct(mox_file_map* self);
+MOX_API mox_bool mox_file_map_new(mox_file_map** out, void* owner);
+MOX_API mox_bool mox_file_map_free(mox_file_map** slot);
+MOX_API mox_bool mox_file_map_open(mox_file_map* self, mox_file* file, uint32_t mode);
+MOX_API mox_bool mox_file_map_view_u32(mox_file_map* self, uint32_t offset, uint32_t size);
+MOX_API mox_bool mox_file_map_view_u64(mox_file_map* self, uint64_t offset, uint32_t size);
+MOX_API mox_bool mox_file_map_flush(mox_file_map* self, uint64_t offset, uint32_t size);
+MOX_API mox_bool mox_file_map_close(mox_file_map* self);
 
 /* This build writes XML but does not read it: always false, silently. */
 MOX_API mox_bool mox_xml_load_from_file(void* self, ...);
