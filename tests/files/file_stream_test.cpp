@@ -261,3 +261,42 @@ TEST_F(StreamTest, WriteThenReadBackAfterRewind) {
     stream.cache_position = 0;
     EXPECT_EQ(read(static_cast<uint32_t>(text.size())), text);
 }
+
+TEST_F(StreamTest, ByteByByteReadsRefillOncePerBlock) {
+    std::string text;
+    for (int i = 0; i < 1000; ++i)
+        text.push_back(static_cast<char>('a' + i % 26));
+    open_with(text, 256);
+    std::string got;
+    for (int i = 0; i < 300; ++i)
+        got += read(1);
+    EXPECT_EQ(got, text.substr(0, 300));
+    // Two blocks were fetched for three hundred bytes.
+    EXPECT_EQ(file.position, 512u);
+    EXPECT_EQ(stream.cache_position, 300u - 256u);
+}
+
+TEST_F(StreamTest, ByteByByteWritesGoOutOncePerBlock) {
+    open_with("", 64);
+    for (int i = 0; i < 100; ++i) {
+        char byte = static_cast<char>('0' + i % 10);
+        ASSERT_EQ(mox_file_stream_write(&stream, &byte, 1), 1);
+    }
+    EXPECT_EQ(file.position, 64u);
+    EXPECT_EQ(disc().size(), 64u);
+    ASSERT_EQ(mox_file_stream_flush(&stream), 1);
+    EXPECT_EQ(file.position, 100u);
+    EXPECT_EQ(disc().substr(90), "0123456789");
+}
+
+// A stream whose cache was never sized has nowhere to keep a byte.
+TEST_F(StreamTest, WithoutACacheReadAndWriteFail) {
+    write_text(folder.file("s.txt"), "abc");
+    ASSERT_EQ(mox_file_open(&file, folder.library_path("s.txt").c_str(), kReadWrite), 1);
+    char byte = 0;
+    ErrorListener listener;
+    EXPECT_EQ(mox_file_stream_write(&stream, "x", 1), 0);
+    EXPECT_EQ(mox_file_stream_read(&stream, &byte, 1), 0);
+    EXPECT_TRUE(listener.silent());
+    EXPECT_EQ(file.position, 0u);
+}

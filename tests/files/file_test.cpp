@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <sys/stat.h>
 #include <vector>
 
+#include "support/child.h"
 #include "support/error_listener.h"
 #include "support/temp_folder.h"
 
@@ -362,4 +364,31 @@ TEST_F(FileTest, DestructClosesTheHandle) {
     EXPECT_EQ(mox_file_open(&other, folder.library_path("a.txt").c_str(), kReadWrite), 1);
     mox_file_destruct(&other);
     mox_file_construct(&file, nullptr);
+}
+
+TEST_F(FileTest, ShareModesHoldAgainstAnotherProcess) {
+    ASSERT_TRUE(open_with("a.txt", "abc", MOX_FILE_READ | MOX_FILE_SHARE_READ));
+    std::string name = folder.library_path("a.txt");
+    // The child reports by its exit status: 0 refused as a writer and let in as a reader.
+    auto outcome = mox_test::run_in_child([&] {
+        mox_file other;
+        mox_file_construct(&other, nullptr);
+        if (mox_file_open(&other, name.c_str(), MOX_FILE_WRITE | kShareBoth) != 0)
+            std::_Exit(3);
+        if (mox_file_open(&other, name.c_str(), MOX_FILE_READ | kShareBoth) != 1)
+            std::_Exit(4);
+        mox_file_destruct(&other);
+    });
+    EXPECT_TRUE(outcome.exited);
+    EXPECT_EQ(outcome.status, 0) << outcome.output;
+    mox_file_close(&file);
+    auto after = mox_test::run_in_child([&] {
+        mox_file other;
+        mox_file_construct(&other, nullptr);
+        if (mox_file_open(&other, name.c_str(), MOX_FILE_WRITE | kShareBoth) != 1)
+            std::_Exit(5);
+        mox_file_destruct(&other);
+    });
+    EXPECT_TRUE(after.exited);
+    EXPECT_EQ(after.status, 0) << after.output;
 }
