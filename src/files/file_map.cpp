@@ -14,7 +14,8 @@ os::HANDLE mapping_handle(const mox_file_map* self) {
 }
 
 // Intended: with execute the numbers are sums of two of the system's protections (0x40 + 0x04 and
-// 0x20 + 0x02), which the system takes as they come.
+// 0x20 + 0x02). The system takes exactly one protection and refuses such sums, and a file opened by
+// this library has no execute access either, so an executable mapping is never had.
 uint32_t protection_of(uint32_t mode) {
     if (mode & MOX_FILE_MAP_EXECUTE) {
         if (mode & MOX_FILE_MAP_WRITE)
