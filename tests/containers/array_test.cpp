@@ -341,3 +341,11 @@ TEST_F(ArrayTest, SaveThenLoadRoundTrip) {
     mox_array_destruct(&other);
     mox_file_destruct(&file);
 }
+
+TEST_F(ArrayTest, DestructReleasesTheBlock) {
+    ASSERT_EQ(mox_array_resize(&array, 8), 1);
+    ErrorListener listener;
+    EXPECT_EQ(mox_array_destruct(&array), 1);
+    EXPECT_EQ(array.data, nullptr);
+    EXPECT_TRUE(listener.silent());
+}

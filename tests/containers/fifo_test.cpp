@@ -286,3 +286,9 @@ TEST_F(FifoTest, SaveWritesTheFiveFieldsAndTheBytes) {
     mox_fifo_destruct(&other);
     mox_file_destruct(&file);
 }
+
+TEST_F(FifoTest, DestructReleasesTheBlock) {
+    ASSERT_EQ(mox_fifo_resize(&fifo, 8), 1);
+    EXPECT_EQ(mox_fifo_destruct(&fifo), 1);
+    EXPECT_EQ(fifo.data, nullptr);
+}

@@ -236,3 +236,11 @@ TEST_F(StackTest, LoadOfSizeZeroIntoAnEmptyStackFails) {
     EXPECT_EQ(stack.position, 0u);
     mox_file_destruct(&file);
 }
+
+TEST_F(StackTest, DestructReleasesTheBlock) {
+    ASSERT_EQ(mox_stack_resize(&stack, 8), 1);
+    ErrorListener listener;
+    EXPECT_EQ(mox_stack_destruct(&stack), 1);
+    EXPECT_EQ(stack.data, nullptr);
+    EXPECT_TRUE(listener.silent());
+}

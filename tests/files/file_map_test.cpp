@@ -226,3 +226,15 @@ TEST_F(MapTest, ANewViewReplacesTheOldAndOpenReplacesTheMapping) {
     ASSERT_EQ(mox_file_map_flush(&map, 0, 1), 1);
     EXPECT_EQ(disc(), "Abcdefgh");
 }
+
+TEST_F(MapTest, DestructUnmapsAndClosesTheMapping) {
+    open_with("abcdefgh", kReadWrite);
+    ASSERT_EQ(mox_file_map_open(&map, &file, MOX_FILE_MAP_WRITE), 1);
+    ASSERT_EQ(mox_file_map_view_u32(&map, 0, 0), 1);
+    static_cast<char*>(map.view)[1] = 'B';
+    EXPECT_EQ(mox_file_map_destruct(&map), 1);
+    EXPECT_EQ(map.view, nullptr);
+    EXPECT_EQ(map.handle, 0u);
+    // The shared pages reach the file once they are unmapped.
+    EXPECT_EQ(disc(), "aBcdefgh");
+}
