@@ -6,6 +6,86 @@
 
 MOX_BEGIN_DECLS
 
+/* ---- File, stream and file map ----------------------------------------------------------------- */
+
+#define MOX_FILE_CLASS_ID 0x72162BC1u
+#define MOX_FILE_STREAM_CLASS_ID 0x204D3260u
+#define MOX_FILE_MAP_CLASS_ID 0x86BC36E4u
+
+/* Flags of mox_file_open. */
+#define MOX_FILE_READ 0x1u
+#define MOX_FILE_WRITE 0x2u
+#define MOX_FILE_SHARE_READ 0x4u
+#define MOX_FILE_SHARE_WRITE 0x8u
+
+/* Flags of mox_file_map_open. */
+#define MOX_FILE_MAP_READ 0x1u
+#define MOX_FILE_MAP_WRITE 0x2u
+#define MOX_FILE_MAP_EXECUTE 0x4u
+
+/* The value of `handle` while no file is open. */
+#define MOX_FILE_CLOSED ((uintptr_t)-1)
+
+/* A system file handle with the position mirrored in `position`. */
+struct mox_file {
+    mox_object header;
+    uintptr_t handle;
+    uint32_t mode;
+    uint64_t position;
+};
+
+/* A byte cache over an open file. `file` is stored by the user and not owned. */
+typedef struct mox_file_stream {
+    mox_object header;
+    mox_file* file;
+    uint32_t cache_size;
+    uint32_t cache_position;
+    uint32_t cache_filled;
+    uint8_t* cache;
+} mox_file_stream;
+
+/* A file mapped into memory; `view` holds the mapped bytes. */
+typedef struct mox_file_map {
+    mox_object header;
+    uintptr_t handle;
+    uint32_t mode;
+    void* view;
+} mox_file_map;
+
+MOX_API mox_bool mox_file_construct(mox_file* self, void* owner);
+MOX_API mox_bool mox_file_destruct(mox_file* self);
+MOX_API mox_bool mox_file_new(mox_file** out, void* owner);
+MOX_API mox_bool mox_file_free(mox_file** slot);
+MOX_API mox_bool mox_file_open(mox_file* self, const char* name, uint32_t mode);
+MOX_API mox_bool mox_file_close(mox_file* self);
+MOX_API mox_bool mox_file_get_size_u32(mox_file* self, uint32_t* size);
+MOX_API mox_bool mox_file_get_size_u64(mox_file* self, uint64_t* size);
+MOX_API mox_bool mox_file_set_eof(mox_file* self);
+MOX_API mox_bool mox_file_set_pointer_u32(mox_file* self, uint32_t position);
+MOX_API mox_bool mox_file_set_pointer_u64(mox_file* self, uint64_t position);
+MOX_API uint32_t mox_file_write(mox_file* self, const void* data, uint32_t size);
+MOX_API uint32_t mox_file_read(mox_file* self, void* data, uint32_t size);
+
+MOX_API mox_bool mox_file_stream_construct(mox_file_stream* self, void* owner);
+MOX_API mox_bool mox_file_stream_destruct(mox_file_stream* self);
+MOX_API mox_bool mox_file_stream_new(mox_file_stream** out, void* owner);
+MOX_API mox_bool mox_file_stream_free(mox_file_stream** slot);
+MOX_API mox_bool mox_file_stream_cache_size(mox_file_stream* self, uint32_t size);
+MOX_API mox_bool mox_file_stream_write(mox_file_stream* self, const void* data, uint32_t size);
+MOX_API mox_bool mox_file_stream_read(mox_file_stream* self, void* data, uint32_t size);
+MOX_API mox_bool mox_file_stream_peek(mox_file_stream* self, void* data, uint32_t size);
+MOX_API mox_bool mox_file_stream_flush(mox_file_stream* self);
+
+MOX_API mox_bool mox_file_map_construct(mox_file_map* self, void* owner);
+MOX_API mox_bool mox_file_map_destruct(mox_file_map* self);
+MOX_API mox_bool mox_file_map_new(mox_file_map** out, void* owner);
+MOX_API mox_bool mox_file_map_free(mox_file_map** slot);
+MOX_API mox_bool mox_file_map_open(mox_file_map* self, mox_file* file, uint32_t mode);
+MOX_API mox_bool mox_file_map_view_u32(mox_file_map* self, uint32_t offset, uint32_t size);
+MOX_API mox_bool mox_file_map_view_u64(mox_file_map* self, uint64_t offset, uint32_t size);
+MOX_API mox_bool mox_file_map_flush(mox_file_map* self, uint64_t offset, uint32_t size);
+MOX_API mox_bool mox_file_map_close(mox_file_map* self);
+
 /* This build writes XML but does not read it: always false, silently. */
 MOX_API mox_bool mox_xml_load_from_file(void* self, ...);
 

@@ -75,3 +75,77 @@ TopLevelExceptionFilter SetUnhandledExceptionFilter(TopLevelExceptionFilter filt
 void RaiseException(uint32_t code, uint32_t flags, uint32_t argument_count, const uintptr_t* arguments);
 
 } // namespace mox::os
+
+// ---- Files ---------------------------------------------------------------------------------------
+
+namespace mox::os {
+
+inline constexpr uint32_t GENERIC_READ = 0x80000000;
+inline constexpr uint32_t GENERIC_WRITE = 0x40000000;
+inline constexpr uint32_t GENERIC_EXECUTE = 0x20000000;
+
+inline constexpr uint32_t FILE_SHARE_READ = 0x00000001;
+inline constexpr uint32_t FILE_SHARE_WRITE = 0x00000002;
+
+inline constexpr uint32_t CREATE_NEW = 1;
+inline constexpr uint32_t CREATE_ALWAYS = 2;
+inline constexpr uint32_t OPEN_EXISTING = 3;
+inline constexpr uint32_t OPEN_ALWAYS = 4;
+inline constexpr uint32_t TRUNCATE_EXISTING = 5;
+
+inline constexpr uint32_t FILE_ATTRIBUTE_NORMAL = 0x00000080;
+
+inline constexpr uint32_t FILE_BEGIN = 0;
+inline constexpr uint32_t FILE_CURRENT = 1;
+inline constexpr uint32_t FILE_END = 2;
+
+inline const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(static_cast<intptr_t>(-1));
+inline constexpr uint32_t INVALID_SET_FILE_POINTER = 0xFFFFFFFF;
+inline constexpr uint32_t INVALID_FILE_SIZE = 0xFFFFFFFF;
+
+// Page protections of a file mapping; a mapping takes exactly one of them.
+inline constexpr uint32_t PAGE_NOACCESS = 0x01;
+inline constexpr uint32_t PAGE_READONLY = 0x02;
+inline constexpr uint32_t PAGE_READWRITE = 0x04;
+inline constexpr uint32_t PAGE_WRITECOPY = 0x08;
+inline constexpr uint32_t PAGE_EXECUTE = 0x10;
+inline constexpr uint32_t PAGE_EXECUTE_READ = 0x20;
+inline constexpr uint32_t PAGE_EXECUTE_READWRITE = 0x40;
+
+// Access of a view.
+inline constexpr uint32_t FILE_MAP_COPY = 0x01;
+inline constexpr uint32_t FILE_MAP_WRITE = 0x02;
+inline constexpr uint32_t FILE_MAP_READ = 0x04;
+inline constexpr uint32_t FILE_MAP_EXECUTE = 0x20;
+
+// Views start at multiples of this.
+inline constexpr uint32_t ALLOCATION_GRANULARITY = 0x10000;
+
+// INVALID_HANDLE_VALUE on failure. Never creates with OPEN_EXISTING. A second opener is refused
+// when its access collides with the share mode of a handle already open on the file, or its share
+// mode with that handle's access. `security` and `template_file` must be null.
+HANDLE CreateFileA(const char* name, uint32_t access, uint32_t share, void* security, uint32_t disposition,
+                   uint32_t attributes, HANDLE template_file);
+bool CloseHandle(HANDLE handle);
+// Reads until `size` bytes or the end of the file; at the end `*read` is 0 and the call succeeds.
+bool ReadFile(HANDLE handle, void* data, uint32_t size, uint32_t* read, void* overlapped);
+bool WriteFile(HANDLE handle, const void* data, uint32_t size, uint32_t* written, void* overlapped);
+// Without `distance_high` the distance is a signed 32-bit number; with it, the two words form a
+// signed 64-bit one and `*distance_high` receives the high word of the new position. The low word
+// of the new position, or INVALID_SET_FILE_POINTER on failure.
+uint32_t SetFilePointer(HANDLE handle, int32_t distance_low, int32_t* distance_high, uint32_t method);
+// The low word of the size, INVALID_FILE_SIZE on failure; `*size_high` gets the high word.
+uint32_t GetFileSize(HANDLE handle, uint32_t* size_high);
+// Cuts or extends the file at the handle's current position.
+bool SetEndOfFile(HANDLE handle);
+
+// A mapping of the whole file when both size words are 0; null on failure.
+HANDLE CreateFileMappingA(HANDLE file, void* security, uint32_t protection, uint32_t size_high,
+                          uint32_t size_low, const char* name);
+// `size` 0 maps up to the end of the mapping. Null on failure.
+void* MapViewOfFile(HANDLE mapping, uint32_t access, uint32_t offset_high, uint32_t offset_low, size_t size);
+bool UnmapViewOfFile(const void* view);
+// `size` 0 flushes up to the end of the view that holds `base`.
+bool FlushViewOfFile(const void* base, size_t size);
+
+} // namespace mox::os
