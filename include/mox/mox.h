@@ -7,10 +7,12 @@
 #include <mox/containers.h>
 #include <mox/strings.h>
 #include <mox/files.h>
+#include <mox/math.h>
 #include <mox/image.h>
 #include <mox/scene.h>
 #include <mox/window.h>
 #include <mox/system.h>
+#include <mox/checksum.h>
 #include <mox/authoring.h>
 #include <mox/database.h>
 
