@@ -6,6 +6,7 @@
 
 #include <cstring>
 
+#include "core/instance.h"
 #include "core/words.h"
 
 namespace mox {
@@ -38,9 +39,7 @@ void read_u32(mox_file* file, uint32_t* field) {
         *field = get_u32(bytes);
 }
 
-void** slot_of(uint8_t** data) {
-    return reinterpret_cast<void**>(data);
-}
+void** slot_of(uint8_t** data) { return reinterpret_cast<void**>(data); }
 
 // The memory entries answer true for a growth that lost its block; a missing block is a failure
 // all the same.
@@ -140,21 +139,13 @@ MOX_API mox_bool mox_array_construct(mox_array* self, void* owner) {
     return 1;
 }
 
-MOX_API mox_bool mox_array_destruct(mox_array* self) {
-    return mox::buffer_destruct(self);
-}
+MOX_API mox_bool mox_array_destruct(mox_array* self) { return mox::buffer_destruct(self); }
 
 MOX_API mox_bool mox_array_new(mox_array** out, void* owner) {
-    if (out == nullptr)
-        return fail_params();
-    if (!mox_memory_new(reinterpret_cast<void**>(out), sizeof(mox_array)))
-        return 0;
-    return mox_array_construct(*out, owner);
+    return mox::new_instance<mox_array, mox_array_construct, mox::NullArguments::posted>(out, owner);
 }
 
-MOX_API mox_bool mox_array_free(mox_array** slot) {
-    return mox::buffer_free(slot);
-}
+MOX_API mox_bool mox_array_free(mox_array** slot) { return mox::buffer_free(slot); }
 
 // `position` goes back to 0 even when the size stays, which is how a growing hook restarts.
 MOX_API mox_bool mox_array_resize(mox_array* self, uint32_t size) {
@@ -259,21 +250,13 @@ MOX_API mox_bool mox_stack_construct(mox_stack* self, void* owner) {
     return 1;
 }
 
-MOX_API mox_bool mox_stack_destruct(mox_stack* self) {
-    return mox::buffer_destruct(self);
-}
+MOX_API mox_bool mox_stack_destruct(mox_stack* self) { return mox::buffer_destruct(self); }
 
 MOX_API mox_bool mox_stack_new(mox_stack** out, void* owner) {
-    if (out == nullptr)
-        return fail_params();
-    if (!mox_memory_new(reinterpret_cast<void**>(out), sizeof(mox_stack)))
-        return 0;
-    return mox_stack_construct(*out, owner);
+    return mox::new_instance<mox_stack, mox_stack_construct, mox::NullArguments::posted>(out, owner);
 }
 
-MOX_API mox_bool mox_stack_free(mox_stack** slot) {
-    return mox::buffer_free(slot);
-}
+MOX_API mox_bool mox_stack_free(mox_stack** slot) { return mox::buffer_free(slot); }
 
 // Intended: `position` stays on success, even above a smaller size.
 MOX_API mox_bool mox_stack_resize(mox_stack* self, uint32_t size) {
@@ -391,11 +374,7 @@ MOX_API mox_bool mox_fifo_destruct(mox_fifo* self) {
 }
 
 MOX_API mox_bool mox_fifo_new(mox_fifo** out, void* owner) {
-    if (out == nullptr)
-        return 0;
-    if (!mox_memory_new(reinterpret_cast<void**>(out), sizeof(mox_fifo)))
-        return 0;
-    return mox_fifo_construct(*out, owner);
+    return mox::new_instance<mox_fifo, mox_fifo_construct, mox::NullArguments::silent>(out, owner);
 }
 
 MOX_API mox_bool mox_fifo_free(mox_fifo** slot) {

@@ -13,19 +13,9 @@
 #include <mox/containers.h>
 #include <mox/core.h>
 
-#include "core/words.h"
+#include "core/instance.h"
 
 namespace mox {
-
-// Whether the family reports a null argument on the hint channel or stays silent.
-enum class NullArguments { silent, posted };
-
-template <NullArguments rule> inline mox_bool refuse_null() {
-    if constexpr (rule == NullArguments::posted)
-        return fail_params();
-    else
-        return 0;
-}
 
 template <class Parent, mox_list Parent::*children, class Child, mox_bool (*child_new)(Child**, void*),
           mox_bool (*child_free)(Child**), NullArguments rule>

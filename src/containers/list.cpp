@@ -4,6 +4,7 @@
 
 #include <cstddef>
 
+#include "core/instance.h"
 #include "containers/chain.h"
 
 // On a 32-bit target the records have the library's defined layout.
@@ -32,9 +33,7 @@ MOX_API mox_bool mox_list_destruct(mox_list* self) {
 }
 
 MOX_API mox_bool mox_list_new(mox_list** out, void* owner) {
-    if (out == nullptr || !mox_memory_new(reinterpret_cast<void**>(out), sizeof(mox_list)))
-        return 0;
-    return mox_list_construct(*out, owner);
+    return mox::new_instance<mox_list, mox_list_construct, mox::NullArguments::silent>(out, owner);
 }
 
 MOX_API mox_bool mox_list_free(mox_list** slot) {
@@ -65,9 +64,7 @@ MOX_API mox_bool mox_list_note_destruct(mox_list_note* self) {
 }
 
 MOX_API mox_bool mox_list_note_new(mox_list_note** out, void* owner) {
-    if (out == nullptr || !mox_memory_new(reinterpret_cast<void**>(out), sizeof(mox_list_note)))
-        return 0;
-    return mox_list_note_construct(*out, owner);
+    return mox::new_instance<mox_list_note, mox_list_note_construct, mox::NullArguments::silent>(out, owner);
 }
 
 MOX_API mox_bool mox_list_note_free(mox_list_note** slot) {

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 
+#include "core/instance.h"
 #include "containers/chain.h"
 
 // The list's search serves the tree because the shared fields stand in the same places.
@@ -75,9 +76,7 @@ MOX_API mox_bool mox_tree_destruct(mox_tree* self) {
 }
 
 MOX_API mox_bool mox_tree_new(mox_tree** out, void* owner) {
-    if (out == nullptr || !mox_memory_new(reinterpret_cast<void**>(out), sizeof(mox_tree)))
-        return 0;
-    return mox_tree_construct(*out, owner);
+    return mox::new_instance<mox_tree, mox_tree_construct, mox::NullArguments::silent>(out, owner);
 }
 
 MOX_API mox_bool mox_tree_free(mox_tree** slot) {
@@ -114,9 +113,7 @@ MOX_API mox_bool mox_tree_note_destruct(mox_tree_note* self) {
 }
 
 MOX_API mox_bool mox_tree_note_new(mox_tree_note** out, void* owner) {
-    if (out == nullptr || !mox_memory_new(reinterpret_cast<void**>(out), sizeof(mox_tree_note)))
-        return 0;
-    return mox_tree_note_construct(*out, owner);
+    return mox::new_instance<mox_tree_note, mox_tree_note_construct, mox::NullArguments::silent>(out, owner);
 }
 
 MOX_API mox_bool mox_tree_note_free(mox_tree_note** slot) {
@@ -150,12 +147,8 @@ MOX_API mox_bool mox_tree_note_find_note(mox_tree_note* self, uint32_t key, mox_
     return mox::chain::find_note(self, key, out);
 }
 
-MOX_API mox_bool mox_tree_clear_note(mox_tree* self) {
-    return clear_children(self);
-}
+MOX_API mox_bool mox_tree_clear_note(mox_tree* self) { return clear_children(self); }
 
-MOX_API mox_bool mox_tree_note_clear_note(mox_tree_note* self) {
-    return clear_children(self);
-}
+MOX_API mox_bool mox_tree_note_clear_note(mox_tree_note* self) { return clear_children(self); }
 
 } // extern "C"

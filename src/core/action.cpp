@@ -4,6 +4,7 @@
 
 #include <cstddef>
 
+#include "core/instance.h"
 #include "core/words.h"
 
 #if UINTPTR_MAX == 0xFFFFFFFFu
@@ -41,11 +42,7 @@ MOX_API mox_bool mox_action_destruct(mox_action* self) {
 
 // A failed allocation is silent; only a null slot is reported.
 MOX_API mox_bool mox_action_new(mox_action** out, void* owner) {
-    if (out == nullptr)
-        return mox::fail_params();
-    if (!mox_memory_new(reinterpret_cast<void**>(out), sizeof(mox_action)))
-        return 0;
-    return mox_action_construct(*out, owner);
+    return mox::new_instance<mox_action, mox_action_construct, mox::NullArguments::posted>(out, owner);
 }
 
 MOX_API mox_bool mox_action_free(mox_action** slot) {

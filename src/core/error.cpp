@@ -2,6 +2,8 @@
 // takes every entry above it off the stack with it.
 #include <mox/core.h>
 
+#include "core/instance.h"
+
 namespace {
 
 mox_error* g_error_top = nullptr;
@@ -51,10 +53,7 @@ MOX_API mox_bool mox_error_destruct(mox_error* self) {
 }
 
 MOX_API mox_bool mox_error_new(mox_error** out, void* owner) {
-    if (out == nullptr)
-        return 0;
-    mox_memory_new(reinterpret_cast<void**>(out), sizeof(mox_error));
-    return mox_error_construct(*out, owner);
+    return mox::new_instance<mox_error, mox_error_construct, mox::NullArguments::silent>(out, owner);
 }
 
 // The block is released through a copy of the pointer, so the slot keeps the stale pointer: the slot

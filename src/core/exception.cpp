@@ -2,6 +2,7 @@
 // keeps the filter it replaced; the filter tells the hook of whichever entry is on top.
 #include <mox/core.h>
 
+#include "core/instance.h"
 #include "core/words.h"
 #include "platform/os.h"
 
@@ -49,11 +50,7 @@ MOX_API mox_bool mox_exception_destruct(mox_exception* self) {
 }
 
 MOX_API mox_bool mox_exception_new(mox_exception** out, void* owner) {
-    if (out == nullptr)
-        return mox::fail_params();
-    if (!mox_memory_new(reinterpret_cast<void**>(out), sizeof(mox_exception)))
-        return 0;
-    return mox_exception_construct(*out, owner);
+    return mox::new_instance<mox_exception, mox_exception_construct, mox::NullArguments::posted>(out, owner);
 }
 
 // As with error entries, the block goes through a copy of the pointer and the slot keeps it.

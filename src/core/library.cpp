@@ -28,9 +28,7 @@ MOX_API void mox_version_ext(uint8_t* a, uint8_t* b, uint16_t* c) {
         *c = 0;
 }
 
-MOX_API mox_bool mox_author(mox_astring* out) {
-    return mox_astring_duplicate(out, kAuthorName);
-}
+MOX_API mox_bool mox_author(mox_astring* out) { return mox_astring_duplicate(out, kAuthorName); }
 
 MOX_API uint32_t mox_get_code_page(int32_t which) {
     switch (which) {
@@ -46,33 +44,15 @@ MOX_API uint32_t mox_get_code_page(int32_t which) {
 // The code page cannot be set.
 MOX_API void mox_set_code_page(void) {}
 
-MOX_API mox_bool mox_support_ansistring(void) {
-    return mox::stub::plain_success();
-}
-MOX_API mox_bool mox_support_devil(void) {
-    return mox::stub::plain_success();
-}
+MOX_API mox_bool mox_support_ansistring(void) { return mox::stub::plain_success(); }
+MOX_API mox_bool mox_support_devil(void) { return mox::stub::plain_success(); }
 // Intended: the wide string family is there and works, and still this answers false.
-MOX_API mox_bool mox_support_widestring(void) {
-    return mox::stub::plain_failure();
-}
-MOX_API mox_bool mox_support_directx3d9(void) {
-    return mox::stub::plain_failure();
-}
-MOX_API mox_bool mox_support_freetype(void) {
-    return mox::stub::plain_failure();
-}
-MOX_API mox_bool mox_support_mysql(void) {
-    return mox::stub::plain_failure();
-}
-MOX_API mox_bool mox_support_opengl(void) {
-    return mox::stub::plain_failure();
-}
-MOX_API mox_bool mox_support_socket(void) {
-    return mox::stub::plain_failure();
-}
-MOX_API mox_bool mox_support_sqlite3(void) {
-    return mox::stub::plain_failure();
-}
+MOX_API mox_bool mox_support_widestring(void) { return mox::stub::plain_failure(); }
+MOX_API mox_bool mox_support_directx3d9(void) { return mox::stub::plain_failure(); }
+MOX_API mox_bool mox_support_freetype(void) { return mox::stub::plain_failure(); }
+MOX_API mox_bool mox_support_mysql(void) { return mox::stub::plain_failure(); }
+MOX_API mox_bool mox_support_opengl(void) { return mox::stub::plain_failure(); }
+MOX_API mox_bool mox_support_socket(void) { return mox::stub::plain_failure(); }
+MOX_API mox_bool mox_support_sqlite3(void) { return mox::stub::plain_failure(); }
 
 } // extern "C"

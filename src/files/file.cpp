@@ -2,6 +2,7 @@
 #include <mox/core.h>
 #include <mox/files.h>
 
+#include "core/instance.h"
 #include "core/words.h"
 #include "platform/os.h"
 
@@ -9,13 +10,9 @@ namespace mox {
 
 namespace {
 
-os::HANDLE system_handle(const mox_file* self) {
-    return reinterpret_cast<os::HANDLE>(self->handle);
-}
+os::HANDLE system_handle(const mox_file* self) { return reinterpret_cast<os::HANDLE>(self->handle); }
 
-bool is_open(const mox_file* self) {
-    return self->handle != MOX_FILE_CLOSED;
-}
+bool is_open(const mox_file* self) { return self->handle != MOX_FILE_CLOSED; }
 
 void close_handle(mox_file* self) {
     if (is_open(self))
@@ -67,11 +64,7 @@ MOX_API mox_bool mox_file_destruct(mox_file* self) {
 }
 
 MOX_API mox_bool mox_file_new(mox_file** out, void* owner) {
-    if (out == nullptr)
-        return fail_params();
-    if (!mox_memory_new(reinterpret_cast<void**>(out), sizeof(mox_file)))
-        return 0;
-    return mox_file_construct(*out, owner);
+    return mox::new_instance<mox_file, mox_file_construct, mox::NullArguments::posted>(out, owner);
 }
 
 MOX_API mox_bool mox_file_free(mox_file** slot) {

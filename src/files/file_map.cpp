@@ -2,6 +2,7 @@
 #include <mox/core.h>
 #include <mox/files.h>
 
+#include "core/instance.h"
 #include "core/words.h"
 #include "platform/os.h"
 
@@ -9,9 +10,7 @@ namespace mox {
 
 namespace {
 
-os::HANDLE mapping_handle(const mox_file_map* self) {
-    return reinterpret_cast<os::HANDLE>(self->handle);
-}
+os::HANDLE mapping_handle(const mox_file_map* self) { return reinterpret_cast<os::HANDLE>(self->handle); }
 
 // Intended: with execute the numbers are sums of two of the system's protections (0x40 + 0x04 and
 // 0x20 + 0x02). The system takes exactly one protection and refuses such sums, and a file opened by
@@ -84,11 +83,7 @@ MOX_API mox_bool mox_file_map_destruct(mox_file_map* self) {
 }
 
 MOX_API mox_bool mox_file_map_new(mox_file_map** out, void* owner) {
-    if (out == nullptr)
-        return fail_params();
-    if (!mox_memory_new(reinterpret_cast<void**>(out), sizeof(mox_file_map)))
-        return 0;
-    return mox_file_map_construct(*out, owner);
+    return mox::new_instance<mox_file_map, mox_file_map_construct, mox::NullArguments::posted>(out, owner);
 }
 
 MOX_API mox_bool mox_file_map_free(mox_file_map** slot) {

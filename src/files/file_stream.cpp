@@ -5,6 +5,8 @@
 
 #include <cstring>
 
+#include "core/instance.h"
+
 namespace mox {
 
 namespace {
@@ -52,11 +54,8 @@ MOX_API mox_bool mox_file_stream_destruct(mox_file_stream* self) {
 }
 
 MOX_API mox_bool mox_file_stream_new(mox_file_stream** out, void* owner) {
-    if (out == nullptr)
-        return 0;
-    if (!mox_memory_new(reinterpret_cast<void**>(out), sizeof(mox_file_stream)))
-        return 0;
-    return mox_file_stream_construct(*out, owner);
+    return mox::new_instance<mox_file_stream, mox_file_stream_construct, mox::NullArguments::silent>(out,
+                                                                                                     owner);
 }
 
 MOX_API mox_bool mox_file_stream_free(mox_file_stream** slot) {

@@ -9,6 +9,8 @@
 #include <cstdarg>
 #include <cstddef>
 
+#include "core/instance.h"
+
 #if UINTPTR_MAX == 0xFFFFFFFFu
 static_assert(sizeof(mox_astring_array) == 24 && offsetof(mox_astring_array, items) == 20);
 static_assert(sizeof(mox_wstring_array) == 24 && offsetof(mox_wstring_array, items) == 20);
@@ -308,9 +310,7 @@ template <class Char> struct Core {
     }
 
     static mox_bool array_new(Array** out, void* owner) {
-        if (out == nullptr || !mox_memory_new(reinterpret_cast<void**>(out), sizeof(Array)))
-            return 0;
-        return array_construct(*out, owner);
+        return new_instance<Array, array_construct, NullArguments::silent>(out, owner);
     }
 
     static mox_bool array_free(Array** slot) {
