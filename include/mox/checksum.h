@@ -35,6 +35,33 @@ MOX_API int32_t mox_crc_calc(mox_crc* self, const uint8_t* data, int32_t size);
 MOX_API mox_bool mox_crc_save_to_file(mox_crc* self, mox_file* file);
 MOX_API mox_bool mox_crc_load_from_stream(mox_crc* self, mox_file* file);
 
+/* ---- MD5 and HMAC-MD5 -------------------------------------------------------------------------- */
+
+/* A plain record in the caller's storage, with no class: the header-sized space at its start is
+   never set by the md5 entries. Digests are 16 bytes. */
+typedef struct mox_md5 {
+    mox_object header;
+    uint32_t count_low;
+    uint32_t count_high;
+    uint32_t a;
+    uint32_t b;
+    uint32_t c;
+    uint32_t d;
+    uint8_t block[64];
+    uint8_t inner_pad[64];
+    uint8_t outer_pad[64];
+} mox_md5;
+
+MOX_API mox_bool mox_md5_init(mox_md5* self);
+MOX_API mox_bool mox_md5_update(mox_md5* self, const void* data, int32_t size);
+MOX_API mox_bool mox_md5_finish(mox_md5* self, uint8_t* digest);
+MOX_API mox_bool mox_md5_call(const void* data, uint32_t size, uint8_t* digest);
+MOX_API mox_bool mox_md5_hmac_init(mox_md5* self, const void* key, int32_t key_size);
+MOX_API mox_bool mox_md5_hmac_update(mox_md5* self, const void* data, uint32_t size);
+MOX_API mox_bool mox_md5_hmac_finish(mox_md5* self, uint8_t* digest);
+MOX_API mox_bool mox_md5_hmac_call(const void* key, int32_t key_size, const void* data, uint32_t size,
+                                   uint8_t* digest);
+
 MOX_END_DECLS
 
 #endif
