@@ -1,4 +1,4 @@
-/* Checksums and hashes. None of these entries posts. */
+/* Checksums and hashes: CRC, MD5 and HMAC, the fast hash. None of these entries posts. */
 #ifndef MOX_CHECKSUM_H
 #define MOX_CHECKSUM_H
 
@@ -61,6 +61,13 @@ MOX_API mox_bool mox_md5_hmac_update(mox_md5* self, const void* data, uint32_t s
 MOX_API mox_bool mox_md5_hmac_finish(mox_md5* self, uint8_t* digest);
 MOX_API mox_bool mox_md5_hmac_call(const void* key, int32_t key_size, const void* data, uint32_t size,
                                    uint8_t* digest);
+
+/* ---- Fast hash --------------------------------------------------------------------------------- */
+
+/* The library's own 32-bit hash of a block; 0 for null data. */
+MOX_API uint32_t mox_super_fast_hash(const uint8_t* data, uint32_t size);
+/* The same over a narrow string without its terminator; 0 for null. */
+MOX_API uint32_t mox_super_fast_hash_string(const char* text);
 
 MOX_END_DECLS
 
