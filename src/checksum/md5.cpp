@@ -36,11 +36,16 @@ void wipe(void* memory, size_t size) {
     __asm__ __volatile__("" : : "r"(memory) : "memory");
 }
 
-// The four round functions, in the forms that need the fewest operations.
+// The first, third and fourth round functions, in the forms that need the fewest operations.
 #define MOX_MD5_F(x, y, z) ((z) ^ ((x) & ((y) ^ (z))))
-#define MOX_MD5_G(x, y, z) ((y) ^ ((z) & ((x) ^ (y))))
 #define MOX_MD5_H(x, y, z) ((x) ^ (y) ^ (z))
 #define MOX_MD5_I(x, y, z) ((y) ^ ((x) | ~(z)))
+// The second round function is split over two additions, so that the half that waits for `b`, the
+// value just computed, is a single operation.
+#define MOX_MD5_G_STEP(a, b, c, d, word, constant, shift)                                                    \
+    a += (~(d) & (c)) + (word) + (constant);                                                                 \
+    a += (d) & (b);                                                                                          \
+    a = rotate_left(a, shift) + (b)
 #define MOX_MD5_STEP(f, a, b, c, d, word, constant, shift)                                                   \
     a += f(b, c, d) + (word) + (constant);                                                                   \
     a = rotate_left(a, shift) + (b)
@@ -68,22 +73,22 @@ void transform(mox_md5* state, const uint8_t* block) {
     MOX_MD5_STEP(MOX_MD5_F, c, d, a, b, x[14], 0xa679438e, 17);
     MOX_MD5_STEP(MOX_MD5_F, b, c, d, a, x[15], 0x49b40821, 22);
 
-    MOX_MD5_STEP(MOX_MD5_G, a, b, c, d, x[1], 0xf61e2562, 5);
-    MOX_MD5_STEP(MOX_MD5_G, d, a, b, c, x[6], 0xc040b340, 9);
-    MOX_MD5_STEP(MOX_MD5_G, c, d, a, b, x[11], 0x265e5a51, 14);
-    MOX_MD5_STEP(MOX_MD5_G, b, c, d, a, x[0], 0xe9b6c7aa, 20);
-    MOX_MD5_STEP(MOX_MD5_G, a, b, c, d, x[5], 0xd62f105d, 5);
-    MOX_MD5_STEP(MOX_MD5_G, d, a, b, c, x[10], 0x02441453, 9);
-    MOX_MD5_STEP(MOX_MD5_G, c, d, a, b, x[15], 0xd8a1e681, 14);
-    MOX_MD5_STEP(MOX_MD5_G, b, c, d, a, x[4], 0xe7d3fbc8, 20);
-    MOX_MD5_STEP(MOX_MD5_G, a, b, c, d, x[9], 0x21e1cde6, 5);
-    MOX_MD5_STEP(MOX_MD5_G, d, a, b, c, x[14], 0xc33707d6, 9);
-    MOX_MD5_STEP(MOX_MD5_G, c, d, a, b, x[3], 0xf4d50d87, 14);
-    MOX_MD5_STEP(MOX_MD5_G, b, c, d, a, x[8], 0x455a14ed, 20);
-    MOX_MD5_STEP(MOX_MD5_G, a, b, c, d, x[13], 0xa9e3e905, 5);
-    MOX_MD5_STEP(MOX_MD5_G, d, a, b, c, x[2], 0xfcefa3f8, 9);
-    MOX_MD5_STEP(MOX_MD5_G, c, d, a, b, x[7], 0x676f02d9, 14);
-    MOX_MD5_STEP(MOX_MD5_G, b, c, d, a, x[12], 0x8d2a4c8a, 20);
+    MOX_MD5_G_STEP(a, b, c, d, x[1], 0xf61e2562, 5);
+    MOX_MD5_G_STEP(d, a, b, c, x[6], 0xc040b340, 9);
+    MOX_MD5_G_STEP(c, d, a, b, x[11], 0x265e5a51, 14);
+    MOX_MD5_G_STEP(b, c, d, a, x[0], 0xe9b6c7aa, 20);
+    MOX_MD5_G_STEP(a, b, c, d, x[5], 0xd62f105d, 5);
+    MOX_MD5_G_STEP(d, a, b, c, x[10], 0x02441453, 9);
+    MOX_MD5_G_STEP(c, d, a, b, x[15], 0xd8a1e681, 14);
+    MOX_MD5_G_STEP(b, c, d, a, x[4], 0xe7d3fbc8, 20);
+    MOX_MD5_G_STEP(a, b, c, d, x[9], 0x21e1cde6, 5);
+    MOX_MD5_G_STEP(d, a, b, c, x[14], 0xc33707d6, 9);
+    MOX_MD5_G_STEP(c, d, a, b, x[3], 0xf4d50d87, 14);
+    MOX_MD5_G_STEP(b, c, d, a, x[8], 0x455a14ed, 20);
+    MOX_MD5_G_STEP(a, b, c, d, x[13], 0xa9e3e905, 5);
+    MOX_MD5_G_STEP(d, a, b, c, x[2], 0xfcefa3f8, 9);
+    MOX_MD5_G_STEP(c, d, a, b, x[7], 0x676f02d9, 14);
+    MOX_MD5_G_STEP(b, c, d, a, x[12], 0x8d2a4c8a, 20);
 
     MOX_MD5_STEP(MOX_MD5_H, a, b, c, d, x[5], 0xfffa3942, 4);
     MOX_MD5_STEP(MOX_MD5_H, d, a, b, c, x[8], 0x8771f681, 11);
@@ -126,10 +131,10 @@ void transform(mox_md5* state, const uint8_t* block) {
 }
 
 #undef MOX_MD5_F
-#undef MOX_MD5_G
 #undef MOX_MD5_H
 #undef MOX_MD5_I
 #undef MOX_MD5_STEP
+#undef MOX_MD5_G_STEP
 
 void start(mox_md5* self) {
     self->count_low = 0;
