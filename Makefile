@@ -3,9 +3,11 @@
 #   make test   install what is missing, build, and run every test
 #   make asan   the whole suite again under AddressSanitizer and UndefinedBehaviorSanitizer
 #   make build  just build (release)
+#   make bench  install the benchmark packages, build the benchmarks (release) and run them;
+#               pass options through BENCH_ARGS, e.g. BENCH_ARGS=--benchmark_min_time=0.1
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
-.PHONY: all deps build demo test asan clean
+.PHONY: all deps build demo test asan bench clean
 
 all: build
 
@@ -26,6 +28,13 @@ asan: deps
 	cmake --preset asan
 	cmake --build --preset asan -j $(JOBS)
 	ctest --preset asan -j $(JOBS)
+
+bench:
+	@scripts/install-deps.sh bench
+	cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DMOX_BUILD_BENCH=ON \
+		-DMOX_BUILD_TESTS=OFF -DMOX_BUILD_TOOLS=OFF
+	cmake --build build/bench -j $(JOBS)
+	build/bench/bench/checksum_bench $(BENCH_ARGS)
 
 clean:
 	rm -rf build

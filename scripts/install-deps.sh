@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Installs the system packages that building and testing mox need, and only those that are missing.
 # Debian and its derivatives; runs apt-get through sudo when not root.
+#   scripts/install-deps.sh         what the library and its tests need
+#   scripts/install-deps.sh bench   that, and also what the benchmarks under bench/ need
 set -euo pipefail
 
 packages=(
@@ -10,6 +12,16 @@ packages=(
     libgtest-dev   # GoogleTest, for the test suite
     binutils       # nm and readelf, for the exported-symbol test
 )
+
+# The benchmarks compare the library with the distribution's own implementations of the same work;
+# only the benchmark program links those, so they stay out of the default list.
+if [ "${1:-}" = "bench" ]; then
+    packages+=(
+        libbenchmark-dev   # Google Benchmark
+        libssl-dev         # libcrypto, the reference for MD5
+        zlib1g-dev         # zlib, the reference for the 32-bit CRC
+    )
+fi
 
 missing=()
 for package in "${packages[@]}"; do
