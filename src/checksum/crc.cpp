@@ -6,6 +6,8 @@
 
 #include <cstddef>
 
+#include "core/instance.h"
+
 namespace mox {
 
 namespace {
@@ -154,11 +156,7 @@ MOX_API mox_bool mox_crc_destruct(mox_crc* self) {
 }
 
 MOX_API mox_bool mox_crc_new(mox_crc** out, void* owner) {
-    if (out == nullptr)
-        return 0;
-    if (!mox_memory_new(reinterpret_cast<void**>(out), sizeof(mox_crc)))
-        return 0;
-    return mox_crc_construct(*out, owner);
+    return mox::new_instance<mox_crc, mox_crc_construct, mox::NullArguments::silent>(out, owner);
 }
 
 // A null slot is refused here rather than handed to the memory family, which would post.
