@@ -375,6 +375,19 @@ TYPED_TEST(Numbers, ThirtyTwoBitRealsRoundAtEveryDigit) {
     auto bad = this->T("1.x");
     EXPECT_EQ(F::to_r32(bad.c_str(), &value, '.', 2), 0);
     EXPECT_EQ(value, 0.0f);
+    auto overlong = this->T("1.23456");
+    ASSERT_EQ(F::to_r32(overlong.c_str(), &value, '.', 2), 1);
+    EXPECT_EQ(value, static_cast<float>(static_cast<double>(static_cast<float>(123.0 / 10)) / 10));
+    auto empty = this->T("");
+    value = 5;
+    ASSERT_EQ(F::to_r32(empty.c_str(), &value, '.', 2), 1);
+    EXPECT_EQ(value, 0.0f);
+    auto minus = this->T("-0");
+    ASSERT_EQ(F::to_r32(minus.c_str(), &value, '.', 2), 1);
+    EXPECT_TRUE(std::signbit(value));
+    value = 5;
+    EXPECT_EQ(F::to_r32(nullptr, &value, '.', 2), 0);
+    EXPECT_EQ(value, 0.0f);
 }
 
 TYPED_TEST(Numbers, RealReadingRefusesNullArguments) {
