@@ -46,10 +46,11 @@ MOX_API mox_bool mox_astring_convert(mox_astring* slot, uint32_t to_page, uint32
     return ok;
 }
 
-// Our decision: a null buffer is false. The bytes behind what the conversion writes stay as they were.
+// Our decision: a null buffer, or one larger than the system conversions can count, is false. The
+// bytes behind what the conversion writes stay as they were.
 MOX_API mox_bool mox_astring_buffer_convert(char* buffer, uint32_t size, uint32_t to_page,
                                             uint32_t from_page) {
-    if (buffer == nullptr)
+    if (buffer == nullptr || size > INT32_MAX)
         return 0;
     auto length = static_cast<int32_t>(size);
     int32_t units = mox::os::MultiByteToWideChar(from_page, 0, buffer, length, nullptr, 0);

@@ -122,6 +122,10 @@ TEST_F(Recoding, NullArgumentsAreFalseAndSilent) {
     EXPECT_EQ(mox_astring_convert(nullptr, 1252, kUtf8), 0);
     EXPECT_EQ(mox_astring_convert(&bytes, 1252, kUtf8), 0);
     EXPECT_EQ(mox_astring_buffer_convert(nullptr, 4, 1252, kUtf8), 0);
+    // Our decision: a size beyond what the system conversions count is refused before any reading.
+    char byte = 'a';
+    EXPECT_EQ(mox_astring_buffer_convert(&byte, 0x80000000u, 1252, kUtf8), 0);
+    EXPECT_EQ(byte, 'a');
     EXPECT_TRUE(listener.silent());
 }
 
