@@ -100,6 +100,10 @@ template <class Char> struct Convert {
     // the conversion to an integer stays defined when rounding leaves `acc` above `m`.
     static Char cut_digit(double m, double* acc) {
         double d = std::trunc(m - *acc);
+        // Our decision: near the top of the range the arithmetic runs into infinity and then into
+        // NaN; such a digit is written as "0".
+        if (!std::isfinite(d))
+            d = 0;
         if (d > 9 || d < -9)
             d = std::fmod(d, 10);
         *acc = (*acc + d) * 10;

@@ -185,6 +185,13 @@ TYPED_TEST(Numbers, LargeRealsWriteEveryIntegerDigit) {
     ASSERT_EQ(F::from_r64(&this->out, 5e300, static_cast<typename F::Char>('.'), 1), 1);
     EXPECT_EQ(F::length(this->out), 301u + 2u);
     EXPECT_EQ(this->out[301], '.');
+    // Our decision: the decimals of the largest value, lost to an overflow of the arithmetic, are
+    // written as zeros.
+    ASSERT_EQ(F::from_r64(&this->out, std::numeric_limits<double>::max(), '.', 2), 1);
+    EXPECT_EQ(F::length(this->out), 309u + 3u);
+    EXPECT_EQ(this->out[309], '.');
+    EXPECT_EQ(this->out[310], '0');
+    EXPECT_EQ(this->out[311], '0');
 }
 
 namespace {
