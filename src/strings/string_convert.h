@@ -488,6 +488,7 @@ template <class Char> struct Convert {
     // ---- Files ---------------------------------------------------------------------------------
 
     // A count in four little-endian bytes, then each unit in little-endian order, no terminator.
+    // Intended: the result doesn't tell whether the writes succeeded.
     static mox_bool save_to_file(const Char* text, mox_file* file) {
         if (file == nullptr)
             return 0;
@@ -495,7 +496,13 @@ template <class Char> struct Convert {
         uint8_t header[4] = {static_cast<uint8_t>(count), static_cast<uint8_t>(count >> 8),
                              static_cast<uint8_t>(count >> 16), static_cast<uint8_t>(count >> 24)};
         mox_file_write(file, header, 4);
-        // Units go out through a small buffer in file order: no allocation, any host byte order.
+        // Where memory already holds the file order the units go out in one write.
+        if (sizeof(Char) == 1 || __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__) {
+            if (count != 0)
+                mox_file_write(file, text, count * static_cast<uint32_t>(sizeof(Char)));
+            return 1;
+        }
+        // Otherwise through a small buffer in file order, without allocating.
         uint8_t chunk[512];
         uint32_t filled = 0;
         for (uint32_t i = 0; i < count; ++i) {
@@ -509,7 +516,6 @@ template <class Char> struct Convert {
         }
         if (filled != 0)
             mox_file_write(file, chunk, filled);
-        // Intended: the result doesn't tell whether the writes succeeded.
         return 1;
     }
 
