@@ -335,3 +335,16 @@ TEST(WideStringFiles, UnitsAreWrittenLowByteFirst) {
     EXPECT_EQ(mox_test::read_bytes(folder.file("w.bin")),
               (std::vector<uint8_t>{0x02, 0x00, 0x00, 0x00, 0x41, 0x00, 0xAC, 0x20}));
 }
+
+// Intended: saving answers true even when nothing could be written.
+TYPED_TEST(StringFiles, SavingIsTrueEvenWhenTheFileRefusesTheBytes) {
+    using F = TypeParam;
+    this->path = this->folder.file("r.bin");
+    mox_test::write_bytes(this->path, {});
+    ASSERT_EQ(mox_file_new(&this->file, nullptr), 1);
+    ASSERT_EQ(mox_file_open(this->file, this->folder.library_path("r.bin").c_str(), MOX_FILE_READ), 1);
+    auto text = this->T("abc");
+    EXPECT_EQ(F::save_to_file(text.c_str(), this->file), 1);
+    mox_file_close(this->file);
+    EXPECT_TRUE(mox_test::read_bytes(this->path).empty());
+}
