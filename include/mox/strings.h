@@ -130,6 +130,113 @@ MOX_API mox_bool mox_wstring_array_free(mox_wstring_array** slot);
 /* A length of 0 is refused: an array is not emptied this way. */
 MOX_API mox_bool mox_wstring_array_set_length(mox_wstring_array* self, uint32_t length);
 
+/* ---- Narrow string conversion and parsing ------------------------------------------------------ */
+
+/* Integers to text. Bases 2 and 16 pad to the type's width when `width` is 0; a narrower width
+   cuts high digits; bases 2, 8 and 16 drop the sign; base 10 writes it over the lowest digit. A base
+   below 2 is refused. */
+MOX_API mox_bool mox_astring_from_i8(mox_astring* out, int8_t value, uint32_t base, uint32_t width);
+MOX_API mox_bool mox_astring_from_u8(mox_astring* out, uint8_t value, uint32_t base, uint32_t width);
+MOX_API mox_bool mox_astring_from_i16(mox_astring* out, int16_t value, uint32_t base, uint32_t width);
+MOX_API mox_bool mox_astring_from_u16(mox_astring* out, uint16_t value, uint32_t base, uint32_t width);
+MOX_API mox_bool mox_astring_from_i32(mox_astring* out, int32_t value, uint32_t base, uint32_t width);
+MOX_API mox_bool mox_astring_from_u32(mox_astring* out, uint32_t value, uint32_t base, uint32_t width);
+/* 1 gives "true", 0 gives "false", anything else is refused. */
+MOX_API mox_bool mox_astring_from_bool(mox_astring* out, uint8_t value);
+/* Digits are cut, not rounded; `decimals` runs from 1 to 16; no exponent form. Infinities and NaN
+   are refused. */
+MOX_API mox_bool mox_astring_from_r32(mox_astring* out, float value, char separator, uint32_t decimals);
+MOX_API mox_bool mox_astring_from_r64(mox_astring* out, double value, char separator, uint32_t decimals);
+/* Text to integers: blanks anywhere are skipped, reading stops after the width's count of
+   characters, values wrap. In base 10 a leading sign of either kind negates and hides the character
+   behind it. A bad character clears the value and gives false. */
+MOX_API mox_bool mox_astring_to_i8(const char* text, int8_t* value, uint32_t base);
+MOX_API mox_bool mox_astring_to_u8(const char* text, uint8_t* value, uint32_t base);
+MOX_API mox_bool mox_astring_to_i16(const char* text, int16_t* value, uint32_t base);
+MOX_API mox_bool mox_astring_to_u16(const char* text, uint16_t* value, uint32_t base);
+MOX_API mox_bool mox_astring_to_i32(const char* text, int32_t* value, uint32_t base);
+MOX_API mox_bool mox_astring_to_u32(const char* text, uint32_t* value, uint32_t base);
+/* "true" or "false" in any case; anything else leaves `*out` as it was. */
+MOX_API mox_bool mox_astring_to_bool(const char* text, uint8_t* out);
+/* At most `decimals` fraction digits are read; the 32-bit form rounds at every digit. */
+MOX_API mox_bool mox_astring_to_r32(const char* text, float* value, char separator, uint32_t decimals);
+MOX_API mox_bool mox_astring_to_r64(const char* text, double* value, char separator, uint32_t decimals);
+/* Quick looks that skip blanks; an empty text is false. `is_dec` and `is_real` accept anything as
+   the first character. */
+MOX_API mox_bool mox_astring_is_bin(const char* text);
+MOX_API mox_bool mox_astring_is_oct(const char* text);
+MOX_API mox_bool mox_astring_is_dec(const char* text);
+MOX_API mox_bool mox_astring_is_hex(const char* text);
+MOX_API mox_bool mox_astring_is_real(const char* text, char separator);
+/* Tokens between separators; empty tokens are never made. A text without tokens leaves the array
+   as it was and gives false. */
+MOX_API mox_bool mox_astring_parse_inc(const char* text, const char* separator, uint32_t* count);
+MOX_API mox_bool mox_astring_parse(mox_astring_array* self, const char* text, const char* separator);
+MOX_API mox_bool mox_astring_replace(mox_astring* out, const char* text, const char* from, const char* to);
+/* The pairs in turn; a count of 0 applies the first pair once, a count of 1 applies it twice. */
+MOX_API mox_bool mox_astring_replace_ext(mox_astring* out, const char* text, uint32_t count, const char** from,
+                                    const char** to);
+/* A 4-byte little-endian count of units, then the units little-endian, no terminator. */
+MOX_API mox_bool mox_astring_save_to_file(const char* text, mox_file* file);
+MOX_API mox_bool mox_astring_load_from_file(mox_astring* slot, mox_file* file);
+
+/* Recoding through the system's code pages (0 and 1 are the ANSI and OEM pages, UTF-8 on Linux). */
+MOX_API mox_bool mox_astring_to_wstring(mox_wstring* out, const char* text, uint32_t code_page);
+MOX_API mox_bool mox_wstring_to_astring(mox_astring* out, const uint16_t* text, uint32_t code_page);
+MOX_API mox_bool mox_astring_convert(mox_astring* slot, uint32_t to_page, uint32_t from_page);
+/* In place, within `size` bytes; true when as many bytes came out as there were characters. */
+MOX_API mox_bool mox_astring_buffer_convert(char* buffer, uint32_t size, uint32_t to_page, uint32_t from_page);
+
+/* ---- Wide string conversion and parsing -------------------------------------------------------- */
+
+/* Integers to text. Bases 2 and 16 pad to the type's width when `width` is 0; a narrower width
+   cuts high digits; bases 2, 8 and 16 drop the sign; base 10 writes it over the lowest digit. A base
+   below 2 is refused. */
+MOX_API mox_bool mox_wstring_from_i8(mox_wstring* out, int8_t value, uint32_t base, uint32_t width);
+MOX_API mox_bool mox_wstring_from_u8(mox_wstring* out, uint8_t value, uint32_t base, uint32_t width);
+MOX_API mox_bool mox_wstring_from_i16(mox_wstring* out, int16_t value, uint32_t base, uint32_t width);
+MOX_API mox_bool mox_wstring_from_u16(mox_wstring* out, uint16_t value, uint32_t base, uint32_t width);
+MOX_API mox_bool mox_wstring_from_i32(mox_wstring* out, int32_t value, uint32_t base, uint32_t width);
+MOX_API mox_bool mox_wstring_from_u32(mox_wstring* out, uint32_t value, uint32_t base, uint32_t width);
+/* 1 gives "true", 0 gives "false", anything else is refused. */
+MOX_API mox_bool mox_wstring_from_bool(mox_wstring* out, uint8_t value);
+/* Digits are cut, not rounded; `decimals` runs from 1 to 16; no exponent form. Infinities and NaN
+   are refused. */
+MOX_API mox_bool mox_wstring_from_r32(mox_wstring* out, float value, uint16_t separator, uint32_t decimals);
+MOX_API mox_bool mox_wstring_from_r64(mox_wstring* out, double value, uint16_t separator, uint32_t decimals);
+/* Text to integers: blanks anywhere are skipped, reading stops after the width's count of
+   characters, values wrap. In base 10 a leading sign of either kind negates and hides the character
+   behind it. A bad character clears the value and gives false. */
+MOX_API mox_bool mox_wstring_to_i8(const uint16_t* text, int8_t* value, uint32_t base);
+MOX_API mox_bool mox_wstring_to_u8(const uint16_t* text, uint8_t* value, uint32_t base);
+MOX_API mox_bool mox_wstring_to_i16(const uint16_t* text, int16_t* value, uint32_t base);
+MOX_API mox_bool mox_wstring_to_u16(const uint16_t* text, uint16_t* value, uint32_t base);
+MOX_API mox_bool mox_wstring_to_i32(const uint16_t* text, int32_t* value, uint32_t base);
+MOX_API mox_bool mox_wstring_to_u32(const uint16_t* text, uint32_t* value, uint32_t base);
+/* "true" or "false" in any case; anything else leaves `*out` as it was. */
+MOX_API mox_bool mox_wstring_to_bool(const uint16_t* text, uint8_t* out);
+/* At most `decimals` fraction digits are read; the 32-bit form rounds at every digit. */
+MOX_API mox_bool mox_wstring_to_r32(const uint16_t* text, float* value, uint16_t separator, uint32_t decimals);
+MOX_API mox_bool mox_wstring_to_r64(const uint16_t* text, double* value, uint16_t separator, uint32_t decimals);
+/* Quick looks that skip blanks; an empty text is false. `is_dec` and `is_real` accept anything as
+   the first character. */
+MOX_API mox_bool mox_wstring_is_bin(const uint16_t* text);
+MOX_API mox_bool mox_wstring_is_oct(const uint16_t* text);
+MOX_API mox_bool mox_wstring_is_dec(const uint16_t* text);
+MOX_API mox_bool mox_wstring_is_hex(const uint16_t* text);
+MOX_API mox_bool mox_wstring_is_real(const uint16_t* text, uint16_t separator);
+/* Tokens between separators; empty tokens are never made. A text without tokens leaves the array
+   as it was and gives false. */
+MOX_API mox_bool mox_wstring_parse_inc(const uint16_t* text, const uint16_t* separator, uint32_t* count);
+MOX_API mox_bool mox_wstring_parse(mox_wstring_array* self, const uint16_t* text, const uint16_t* separator);
+MOX_API mox_bool mox_wstring_replace(mox_wstring* out, const uint16_t* text, const uint16_t* from, const uint16_t* to);
+/* The pairs in turn; a count of 0 applies the first pair once, a count of 1 applies it twice. */
+MOX_API mox_bool mox_wstring_replace_ext(mox_wstring* out, const uint16_t* text, uint32_t count, const uint16_t** from,
+                                    const uint16_t** to);
+/* A 4-byte little-endian count of units, then the units little-endian, no terminator. */
+MOX_API mox_bool mox_wstring_save_to_file(const uint16_t* text, mox_file* file);
+MOX_API mox_bool mox_wstring_load_from_file(mox_wstring* slot, mox_file* file);
+
 MOX_END_DECLS
 
 #endif

@@ -149,3 +149,22 @@ bool UnmapViewOfFile(const void* view);
 bool FlushViewOfFile(const void* base, size_t size);
 
 } // namespace mox::os
+
+// ---- Code page conversion ------------------------------------------------------------------------
+
+namespace mox::os {
+
+inline constexpr uint32_t CP_ACP = 0;
+inline constexpr uint32_t CP_OEMCP = 1;
+
+// Units written, or with `target_size` 0 the units needed; 0 on failure (an unknown code page, an
+// empty source, or a target too small, which is then left untouched). A `source_length` of -1
+// converts up to and with the terminator. Bytes that are no character of the page become U+FFFD.
+int32_t MultiByteToWideChar(uint32_t code_page, uint32_t flags, const char* source, int32_t source_length,
+                            uint16_t* target, int32_t target_size);
+// The inverse, in bytes. Units the page has no character for become "?", or U+FFFD in UTF-8; when
+// `used_default` is given it tells whether that happened.
+int32_t WideCharToMultiByte(uint32_t code_page, uint32_t flags, const uint16_t* source, int32_t source_length,
+                            char* target, int32_t target_size, const char* default_char, bool* used_default);
+
+} // namespace mox::os
