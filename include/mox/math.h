@@ -1,10 +1,167 @@
-/* Mathematics: vectors, points, ranges, matrices, planes, rectangles, collisions, polygons, random generators. */
+/* Mathematics: vectors, points, ranges, matrices, planes, rectangles, collisions, polygons, random
+ * generators. */
 #ifndef MOX_MATH_H
 #define MOX_MATH_H
 
 #include <mox/base.h>
 
 MOX_BEGIN_DECLS
+
+/* ---- Vectors, points and ranges ----------------------------------------------------------------- */
+
+/* Plain values with no header, owned and copied by the caller. */
+typedef struct mox_vector2_r32 {
+    float x, y;
+} mox_vector2_r32;
+typedef struct mox_vector3_r32 {
+    float x, y, z;
+} mox_vector3_r32;
+typedef struct mox_vector4_r32 {
+    float x, y, z, w;
+} mox_vector4_r32;
+typedef struct mox_point2_i32 {
+    int32_t x, y;
+} mox_point2_i32;
+typedef struct mox_point3_i32 {
+    int32_t x, y, z;
+} mox_point3_i32;
+typedef struct mox_point4_i32 {
+    int32_t x, y, z, w;
+} mox_point4_i32;
+/* Nothing checks that `lower` is below `upper`. */
+typedef struct mox_range_i32 {
+    int32_t lower, upper;
+} mox_range_i32;
+typedef struct mox_range_r32 {
+    float lower, upper;
+} mox_range_r32;
+
+/* Row-major matrices: the element of row r and column c of an n-column matrix is m[r*n+c], and a
+   vector multiplies as a row on the left, so translation lies in the last row. */
+typedef struct mox_matrix_2x2_r32 {
+    float m[4];
+} mox_matrix_2x2_r32;
+typedef struct mox_matrix_3x3_r32 {
+    float m[9];
+} mox_matrix_3x3_r32;
+typedef struct mox_matrix_4x4_r32 {
+    float m[16];
+} mox_matrix_4x4_r32;
+
+/* Every entry that produces a vector takes `out` first, its operands by value (so `out` may be an
+   operand's own variable), and returns false for a null `out` with nothing written. Nothing posts. */
+MOX_API mox_bool mox_vector2_r32_add(mox_vector2_r32* out, mox_vector2_r32 a, mox_vector2_r32 b);
+MOX_API mox_bool mox_vector3_r32_add(mox_vector3_r32* out, mox_vector3_r32 a, mox_vector3_r32 b);
+MOX_API mox_bool mox_vector4_r32_add(mox_vector4_r32* out, mox_vector4_r32 a, mox_vector4_r32 b);
+MOX_API mox_bool mox_vector2_r32_sub(mox_vector2_r32* out, mox_vector2_r32 a, mox_vector2_r32 b);
+MOX_API mox_bool mox_vector3_r32_sub(mox_vector3_r32* out, mox_vector3_r32 a, mox_vector3_r32 b);
+MOX_API mox_bool mox_vector4_r32_sub(mox_vector4_r32* out, mox_vector4_r32 a, mox_vector4_r32 b);
+MOX_API mox_bool mox_vector2_r32_mul(mox_vector2_r32* out, mox_vector2_r32 a, mox_vector2_r32 b);
+MOX_API mox_bool mox_vector3_r32_mul(mox_vector3_r32* out, mox_vector3_r32 a, mox_vector3_r32 b);
+MOX_API mox_bool mox_vector4_r32_mul(mox_vector4_r32* out, mox_vector4_r32 a, mox_vector4_r32 b);
+/* Division by zero gives infinity or NaN and still returns true. */
+MOX_API mox_bool mox_vector2_r32_div(mox_vector2_r32* out, mox_vector2_r32 a, mox_vector2_r32 b);
+MOX_API mox_bool mox_vector3_r32_div(mox_vector3_r32* out, mox_vector3_r32 a, mox_vector3_r32 b);
+MOX_API mox_bool mox_vector4_r32_div(mox_vector4_r32* out, mox_vector4_r32 a, mox_vector4_r32 b);
+/* Per component; ties and unordered pairs give b's component. */
+MOX_API mox_bool mox_vector2_r32_min(mox_vector2_r32* out, mox_vector2_r32 a, mox_vector2_r32 b);
+MOX_API mox_bool mox_vector3_r32_min(mox_vector3_r32* out, mox_vector3_r32 a, mox_vector3_r32 b);
+MOX_API mox_bool mox_vector4_r32_min(mox_vector4_r32* out, mox_vector4_r32 a, mox_vector4_r32 b);
+MOX_API mox_bool mox_vector2_r32_max(mox_vector2_r32* out, mox_vector2_r32 a, mox_vector2_r32 b);
+MOX_API mox_bool mox_vector3_r32_max(mox_vector3_r32* out, mox_vector3_r32 a, mox_vector3_r32 b);
+MOX_API mox_bool mox_vector4_r32_max(mox_vector4_r32* out, mox_vector4_r32 a, mox_vector4_r32 b);
+/* a*(1-t) + b*t. */
+MOX_API mox_bool mox_vector2_r32_lerp(mox_vector2_r32* out, mox_vector2_r32 a, mox_vector2_r32 b, float t);
+MOX_API mox_bool mox_vector3_r32_lerp(mox_vector3_r32* out, mox_vector3_r32 a, mox_vector3_r32 b, float t);
+MOX_API mox_bool mox_vector4_r32_lerp(mox_vector4_r32* out, mox_vector4_r32 a, mox_vector4_r32 b, float t);
+/* a*(1-f-g) + b*f + c*g. */
+MOX_API mox_bool mox_vector2_r32_bary_centric(mox_vector2_r32* out, mox_vector2_r32 a, mox_vector2_r32 b,
+                                              mox_vector2_r32 c, float f, float g);
+MOX_API mox_bool mox_vector3_r32_bary_centric(mox_vector3_r32* out, mox_vector3_r32 a, mox_vector3_r32 b,
+                                              mox_vector3_r32 c, float f, float g);
+MOX_API mox_bool mox_vector4_r32_bary_centric(mox_vector4_r32* out, mox_vector4_r32 a, mox_vector4_r32 b,
+                                              mox_vector4_r32 c, float f, float g);
+MOX_API mox_bool mox_vector2_r32_catmull_rom(mox_vector2_r32* out, mox_vector2_r32 p0, mox_vector2_r32 p1,
+                                             mox_vector2_r32 p2, mox_vector2_r32 p3, float t);
+MOX_API mox_bool mox_vector3_r32_catmull_rom(mox_vector3_r32* out, mox_vector3_r32 p0, mox_vector3_r32 p1,
+                                             mox_vector3_r32 p2, mox_vector3_r32 p3, float t);
+MOX_API mox_bool mox_vector4_r32_catmull_rom(mox_vector4_r32* out, mox_vector4_r32 p0, mox_vector4_r32 p1,
+                                             mox_vector4_r32 p2, mox_vector4_r32 p3, float t);
+MOX_API mox_bool mox_vector3_r32_hermite(mox_vector3_r32* out, mox_vector3_r32 p1, mox_vector3_r32 t1,
+                                         mox_vector3_r32 p2, mox_vector3_r32 t2, float s);
+MOX_API mox_bool mox_vector4_r32_hermite(mox_vector4_r32* out, mox_vector4_r32 p1, mox_vector4_r32 t1,
+                                         mox_vector4_r32 p2, mox_vector4_r32 t2, float s);
+/* Divides by the sum of the squares, not by its root; false when that sum is zero. */
+MOX_API mox_bool mox_vector2_r32_normalize(mox_vector2_r32* out, mox_vector2_r32 a);
+MOX_API mox_bool mox_vector3_r32_normalize(mox_vector3_r32* out, mox_vector3_r32 a);
+MOX_API mox_bool mox_vector4_r32_normalize(mox_vector4_r32* out, mox_vector4_r32 a);
+
+MOX_API float mox_vector2_r32_dot(mox_vector2_r32 a, mox_vector2_r32 b);
+MOX_API float mox_vector3_r32_dot(mox_vector3_r32 a, mox_vector3_r32 b);
+MOX_API float mox_vector4_r32_dot(mox_vector4_r32 a, mox_vector4_r32 b);
+/* The names of this pair are crossed: `length` is the sum of the squares, `length_square` its root. */
+MOX_API float mox_vector2_r32_length(mox_vector2_r32 a);
+MOX_API float mox_vector3_r32_length(mox_vector3_r32 a);
+MOX_API float mox_vector4_r32_length(mox_vector4_r32 a);
+MOX_API float mox_vector2_r32_length_square(mox_vector2_r32 a);
+MOX_API float mox_vector3_r32_length_square(mox_vector3_r32 a);
+MOX_API float mox_vector4_r32_length_square(mox_vector4_r32 a);
+/* a.x*b.y - a.y*b.x: positive when b turns counter-clockwise from a with y upward. */
+MOX_API float mox_vector2_r32_ccw(mox_vector2_r32 a, mox_vector2_r32 b);
+
+/* Constant fills; false for a null pointer. The vector3 zero leaves z alone, the vector4 zero leaves
+   z alone and sets w to 1, and the point2 and point3 zero and one have their meanings swapped. */
+MOX_API mox_bool mox_vector2_r32_zero(mox_vector2_r32* out);
+MOX_API mox_bool mox_vector3_r32_zero(mox_vector3_r32* out);
+MOX_API mox_bool mox_vector4_r32_zero(mox_vector4_r32* out);
+MOX_API mox_bool mox_vector2_r32_one(mox_vector2_r32* out);
+MOX_API mox_bool mox_vector3_r32_one(mox_vector3_r32* out);
+MOX_API mox_bool mox_vector4_r32_one(mox_vector4_r32* out);
+MOX_API mox_bool mox_point2_i32_zero(mox_point2_i32* out);
+MOX_API mox_bool mox_point2_i32_one(mox_point2_i32* out);
+MOX_API mox_bool mox_point3_i32_zero(mox_point3_i32* out);
+MOX_API mox_bool mox_point3_i32_one(mox_point3_i32* out);
+MOX_API mox_bool mox_point4_i32_zero(mox_point4_i32* out);
+MOX_API mox_bool mox_point4_i32_one(mox_point4_i32* out);
+
+MOX_API mox_bool mox_vector3_r32_cross(mox_vector3_r32* out, mox_vector3_r32 a, mox_vector3_r32 b);
+MOX_API mox_bool mox_vector4_r32_cross(mox_vector4_r32* out, mox_vector4_r32 a, mox_vector4_r32 b,
+                                       mox_vector4_r32 c);
+/* The normalize of the cross of (b-a) and (c-a); false for collinear points. */
+MOX_API mox_bool mox_vector3_r32_calc_normal(mox_vector3_r32* out, mox_vector3_r32 a, mox_vector3_r32 b,
+                                             mox_vector3_r32 c);
+MOX_API mox_bool mox_vector2_r32_transform_2x2_r32(mox_vector2_r32* out, mox_vector2_r32 v,
+                                                   mox_matrix_2x2_r32 m);
+MOX_API mox_bool mox_vector2_r32_transform_coord_2x2_r32(mox_vector2_r32* out, mox_vector2_r32 v,
+                                                         mox_matrix_2x2_r32 m);
+MOX_API mox_bool mox_vector3_r32_transform_3x3_r32(mox_vector3_r32* out, mox_vector3_r32 v,
+                                                   mox_matrix_3x3_r32 m);
+MOX_API mox_bool mox_vector3_r32_transform_normal_3x3_r32(mox_vector3_r32* out, mox_vector3_r32 v,
+                                                          mox_matrix_3x3_r32 m);
+MOX_API mox_bool mox_vector3_r32_transform_coord_3x3_r32(mox_vector3_r32* out, mox_vector3_r32 v,
+                                                         mox_matrix_3x3_r32 m);
+MOX_API mox_bool mox_vector4_r32_transform_4x4_r32(mox_vector4_r32* out, mox_vector4_r32 v,
+                                                   mox_matrix_4x4_r32 m);
+/* Leaves v.w unread and writes z's value into w as well. */
+MOX_API mox_bool mox_vector4_r32_transform_normal_4x4_r32(mox_vector4_r32* out, mox_vector4_r32 v,
+                                                          mox_matrix_4x4_r32 m);
+/* The coordinate transforms divide by a value of their own element choice, which is not the
+   homogeneous w; false, with nothing written, when it is zero. */
+MOX_API mox_bool mox_vector4_r32_transform_coord_4x4_r32(mox_vector4_r32* out, mox_vector4_r32 v,
+                                                         mox_matrix_4x4_r32 m);
+
+/* Raw little-endian 32-bit fields in field order at the file's position; false only for a null
+   pointer, whatever the file reports. */
+MOX_API mox_bool mox_point2_i32_save_to_file(mox_point2_i32* self, mox_file* file);
+MOX_API mox_bool mox_point2_i32_load_from_file(mox_point2_i32* self, mox_file* file);
+MOX_API mox_bool mox_point3_i32_save_to_file(mox_point3_i32* self, mox_file* file);
+MOX_API mox_bool mox_point3_i32_load_from_file(mox_point3_i32* self, mox_file* file);
+MOX_API mox_bool mox_point4_i32_save_to_file(mox_point4_i32* self, mox_file* file);
+MOX_API mox_bool mox_point4_i32_load_from_file(mox_point4_i32* self, mox_file* file);
+MOX_API mox_bool mox_range_i32_save_to_file(mox_range_i32* self, mox_file* file);
+MOX_API mox_bool mox_range_i32_load_from_file(mox_range_i32* self, mox_file* file);
+MOX_API mox_bool mox_range_r32_save_to_file(mox_range_r32* self, mox_file* file);
+MOX_API mox_bool mox_range_r32_load_from_file(mox_range_r32* self, mox_file* file);
 
 MOX_END_DECLS
 
