@@ -163,6 +163,75 @@ MOX_API mox_bool mox_range_i32_load_from_file(mox_range_i32* self, mox_file* fil
 MOX_API mox_bool mox_range_r32_save_to_file(mox_range_r32* self, mox_file* file);
 MOX_API mox_bool mox_range_r32_load_from_file(mox_range_r32* self, mox_file* file);
 
+/* ---- Planes, rectangles and triangles ----------------------------------------------------------- */
+
+/* The plane a*x + b*y + c*z + d = 0, as far as the entries keep to that. */
+typedef struct mox_plane_r32 {
+    float a, b, c, d;
+} mox_plane_r32;
+/* Rectangles have no enforced edge order; all four numbers zero is the empty rectangle. */
+typedef struct mox_rect2_i32 {
+    int32_t left, top, right, bottom;
+} mox_rect2_i32;
+typedef struct mox_rect2_r32 {
+    float left, top, right, bottom;
+} mox_rect2_r32;
+/* Each number is signed 16.16 fixed point: the value times 65536. */
+typedef struct mox_rect2_f32 {
+    mox_f32 left, top, right, bottom;
+} mox_rect2_f32;
+/* A triangle given by its three corners. */
+typedef struct mox_face2_i32 {
+    int32_t x1, y1, x2, y2, x3, y3;
+} mox_face2_i32;
+
+MOX_API float mox_plane_r32_dot(mox_plane_r32 plane, mox_vector4_r32 v);
+MOX_API float mox_plane_r32_dot_coord(mox_plane_r32 plane, mox_vector3_r32 v);
+MOX_API float mox_plane_r32_dot_normal(mox_plane_r32 plane, mox_vector3_r32 v);
+/* Divides all four numbers by the root of a*a + b*b + c*c (unlike the vector normalize). */
+MOX_API mox_bool mox_plane_r32_normalize(mox_plane_r32* out, mox_plane_r32 plane);
+/* a, b, c are the point and d is minus the sum of squares of the normal: the plane does not go
+   through the point in the usual sense. */
+MOX_API mox_bool mox_plane_r32_from_point_normal(mox_plane_r32* out, mox_vector3_r32 point,
+                                                 mox_vector3_r32 normal);
+MOX_API mox_bool mox_plane_r32_from_points(mox_plane_r32* out, mox_vector3_r32 p1, mox_vector3_r32 p2,
+                                           mox_vector3_r32 p3);
+/* The infinite line through p1 and p2; false when it is parallel to the plane. */
+MOX_API mox_bool mox_plane_r32_intersect_line(mox_vector3_r32* out, mox_plane_r32 plane, mox_vector3_r32 p1,
+                                              mox_vector3_r32 p2);
+MOX_API mox_bool mox_plane_r32_transform4(mox_plane_r32* out, mox_plane_r32 plane, mox_matrix_4x4_r32 m);
+
+MOX_API mox_bool mox_rect2_i32_set(mox_rect2_i32* out, int32_t left, int32_t top, int32_t right,
+                                   int32_t bottom);
+MOX_API mox_bool mox_rect2_f32_set(mox_rect2_f32* out, mox_f32 left, mox_f32 top, mox_f32 right,
+                                   mox_f32 bottom);
+MOX_API mox_bool mox_rect2_r32_set(mox_rect2_r32* out, float left, float top, float right, float bottom);
+MOX_API mox_bool mox_rect2_i32_from_rect_r32(mox_rect2_i32* out, mox_rect2_r32 rect);
+MOX_API mox_bool mox_rect2_i32_from_rect_f32(mox_rect2_i32* out, mox_rect2_f32 rect);
+MOX_API mox_bool mox_rect2_r32_from_rect_i32(mox_rect2_r32* out, mox_rect2_i32 rect);
+MOX_API mox_bool mox_rect2_r32_from_rect_f32(mox_rect2_r32* out, mox_rect2_f32 rect);
+MOX_API mox_bool mox_rect2_f32_from_rect_i32(mox_rect2_f32* out, mox_rect2_i32 rect);
+MOX_API mox_bool mox_rect2_f32_from_rect_r32(mox_rect2_f32* out, mox_rect2_r32 rect);
+/* `out` must not be null: intersect and union write it unchecked. Intersect keeps the inner edges;
+   the i32 form is true when they leave extent in at least one direction, while the f32 and r32 forms
+   are true only when the edges cross over (no overlap), and every false result zeroes `out`. Union
+   ignores a b with any zero number and is false, with zeros, when the result is all zeros. */
+MOX_API mox_bool mox_rect2_i32_intersect(mox_rect2_i32* out, mox_rect2_i32 a, mox_rect2_i32 b);
+MOX_API mox_bool mox_rect2_r32_intersect(mox_rect2_r32* out, mox_rect2_r32 a, mox_rect2_r32 b);
+MOX_API mox_bool mox_rect2_f32_intersect(mox_rect2_f32* out, mox_rect2_f32 a, mox_rect2_f32 b);
+MOX_API mox_bool mox_rect2_i32_union(mox_rect2_i32* out, mox_rect2_i32 a, mox_rect2_i32 b);
+MOX_API mox_bool mox_rect2_f32_union(mox_rect2_f32* out, mox_rect2_f32 a, mox_rect2_f32 b);
+MOX_API mox_bool mox_rect2_r32_union(mox_rect2_r32* out, mox_rect2_r32 a, mox_rect2_r32 b);
+/* True only when all four numbers are zero. */
+MOX_API mox_bool mox_rect2_i32_empty(mox_rect2_i32 rect);
+MOX_API mox_bool mox_rect2_f32_empty(mox_rect2_f32 rect);
+MOX_API mox_bool mox_rect2_r32_empty(mox_rect2_r32 rect);
+
+/* Orders the corners by rising y; equal y keep their order. */
+MOX_API mox_bool mox_face2_i32_sort_y(mox_face2_i32* face);
+/* Copies a over b and leaves a as it was: nothing travels from b to a. */
+MOX_API mox_bool mox_face2_i32_swap(mox_face2_i32* a, mox_face2_i32* b);
+
 MOX_END_DECLS
 
 #endif
