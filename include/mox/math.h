@@ -232,6 +232,105 @@ MOX_API mox_bool mox_face2_i32_sort_y(mox_face2_i32* face);
 /* Copies a over b and leaves a as it was: nothing travels from b to a. */
 MOX_API mox_bool mox_face2_i32_swap(mox_face2_i32* a, mox_face2_i32* b);
 
+/* ---- Matrices ------------------------------------------------------------------------------------ */
+
+/* Every entry takes `out` first and every operand by value, so `out` may be an operand's variable; false
+   (or 0 for determinant and inverse) for a null `out`, with nothing written. Entries that build a
+   matrix fill the identity first and then write only their own elements. Rotation angles are in
+   degrees, fields of view in radians. Nothing posts. */
+/* Writes 1, 0, 1, 0: the second row is (1, 0), not (0, 1), on purpose. */
+MOX_API mox_bool mox_matrix_2x2_r32_identity(mox_matrix_2x2_r32* out);
+MOX_API mox_bool mox_matrix_2x2_r32_multiply(mox_matrix_2x2_r32* out, mox_matrix_2x2_r32 a,
+                                             mox_matrix_2x2_r32 b);
+MOX_API mox_bool mox_matrix_2x2_r32_transpose(mox_matrix_2x2_r32* out, mox_matrix_2x2_r32 a);
+
+MOX_API mox_bool mox_matrix_3x3_r32_identity(mox_matrix_3x3_r32* out);
+/* The negative of the true determinant: -1 for the identity. */
+MOX_API float mox_matrix_3x3_r32_determinant(mox_matrix_3x3_r32 a);
+/* Returns this family's determinant; with its reversed sign the result is the negative of the true
+   inverse. A zero determinant leaves `out` untouched. */
+MOX_API float mox_matrix_3x3_r32_inverse(mox_matrix_3x3_r32* out, mox_matrix_3x3_r32 a);
+MOX_API mox_bool mox_matrix_3x3_r32_multiply(mox_matrix_3x3_r32* out, mox_matrix_3x3_r32 a,
+                                             mox_matrix_3x3_r32 b);
+MOX_API mox_bool mox_matrix_3x3_r32_transpose(mox_matrix_3x3_r32* out, mox_matrix_3x3_r32 a);
+MOX_API mox_bool mox_matrix_3x3_r32_translation(mox_matrix_3x3_r32* out, float x, float y);
+/* The opposite sign convention from the 4x4 rotation about z. */
+MOX_API mox_bool mox_matrix_3x3_r32_rotation(mox_matrix_3x3_r32* out, float angle);
+MOX_API mox_bool mox_matrix_3x3_r32_scaling(mox_matrix_3x3_r32* out, float x, float y);
+
+MOX_API mox_bool mox_matrix_4x4_r32_identity(mox_matrix_4x4_r32* out);
+MOX_API float mox_matrix_4x4_r32_determinant(mox_matrix_4x4_r32 a);
+/* Returns the determinant; a zero determinant leaves `out` untouched. */
+MOX_API float mox_matrix_4x4_r32_inverse(mox_matrix_4x4_r32* out, mox_matrix_4x4_r32 a);
+MOX_API mox_bool mox_matrix_4x4_r32_multiply(mox_matrix_4x4_r32* out, mox_matrix_4x4_r32 a,
+                                             mox_matrix_4x4_r32 b);
+/* The transpose of the product of a by b. */
+MOX_API mox_bool mox_matrix_4x4_r32_multiply_transpose(mox_matrix_4x4_r32* out, mox_matrix_4x4_r32 a,
+                                                       mox_matrix_4x4_r32 b);
+MOX_API mox_bool mox_matrix_4x4_r32_transpose(mox_matrix_4x4_r32* out, mox_matrix_4x4_r32 a);
+MOX_API mox_bool mox_matrix_4x4_r32_translation(mox_matrix_4x4_r32* out, float x, float y, float z);
+MOX_API mox_bool mox_matrix_4x4_r32_scaling(mox_matrix_4x4_r32* out, float x, float y, float z);
+MOX_API mox_bool mox_matrix_4x4_r32_rotation_x(mox_matrix_4x4_r32* out, float angle);
+/* Puts the positive sine at m[1][2] and leaves m[0][2] at 0, so it is no rotation for non-zero angles;
+   kept on purpose. */
+MOX_API mox_bool mox_matrix_4x4_r32_rotation_y(mox_matrix_4x4_r32* out, float angle);
+MOX_API mox_bool mox_matrix_4x4_r32_rotation_z(mox_matrix_4x4_r32* out, float angle);
+/* Y by Z by X: a point is turned by y first, then z, then x. */
+MOX_API mox_bool mox_matrix_4x4_r32_rotation_xyz(mox_matrix_4x4_r32* out, float x, float y, float z);
+MOX_API mox_bool mox_matrix_4x4_r32_rotation_axis(mox_matrix_4x4_r32* out, float x, float y, float z,
+                                                  float angle);
+MOX_API mox_bool mox_matrix_4x4_r32_rotation_quaternion(mox_matrix_4x4_r32* out, float x, float y, float z,
+                                                        float w);
+/* Rotation (as rotation_xyz) by scaling by translation. */
+MOX_API mox_bool mox_matrix_4x4_r32_transformation(mox_matrix_4x4_r32* out, float tx, float ty, float tz,
+                                                   float rx, float ry, float rz, float sx, float sy,
+                                                   float sz);
+/* The view matrix from the eye to the target. Its axes go through the vector normalize, which divides
+   by the sum of squares, so they have unit length only where their unnormalized length is 1. */
+MOX_API mox_bool mox_matrix_4x4_r32_look_at_lh(mox_matrix_4x4_r32* out, mox_vector3_r32 target,
+                                               mox_vector3_r32 eye, mox_vector3_r32 up);
+MOX_API mox_bool mox_matrix_4x4_r32_look_at_rh(mox_matrix_4x4_r32* out, mox_vector3_r32 target,
+                                               mox_vector3_r32 eye, mox_vector3_r32 up);
+MOX_API mox_bool mox_matrix_4x4_r32_ortho_lh(mox_matrix_4x4_r32* out, float x1, float y1, float x2, float y2,
+                                             float near, float far);
+MOX_API mox_bool mox_matrix_4x4_r32_ortho_rh(mox_matrix_4x4_r32* out, float x1, float y1, float x2, float y2,
+                                             float near, float far);
+MOX_API mox_bool mox_matrix_4x4_r32_ortho_center_lh(mox_matrix_4x4_r32* out, float x1, float y1, float x2,
+                                                    float y2, float near, float far);
+MOX_API mox_bool mox_matrix_4x4_r32_ortho_center_rh(mox_matrix_4x4_r32* out, float x1, float y1, float x2,
+                                                    float y2, float near, float far);
+MOX_API mox_bool mox_matrix_4x4_r32_screen_lh(mox_matrix_4x4_r32* out, float x1, float y1, float x2, float y2,
+                                              float near, float far);
+MOX_API mox_bool mox_matrix_4x4_r32_screen_rh(mox_matrix_4x4_r32* out, float x1, float y1, float x2, float y2,
+                                              float near, float far);
+MOX_API mox_bool mox_matrix_4x4_r32_perspective_lh(mox_matrix_4x4_r32* out, float x1, float y1, float x2,
+                                                   float y2, float near, float far);
+MOX_API mox_bool mox_matrix_4x4_r32_perspective_rh(mox_matrix_4x4_r32* out, float x1, float y1, float x2,
+                                                   float y2, float near, float far);
+MOX_API mox_bool mox_matrix_4x4_r32_perspective_center_lh(mox_matrix_4x4_r32* out, float x1, float y1,
+                                                          float x2, float y2, float near, float far);
+MOX_API mox_bool mox_matrix_4x4_r32_perspective_center_rh(mox_matrix_4x4_r32* out, float x1, float y1,
+                                                          float x2, float y2, float near, float far);
+/* The left-handed form has the right-handed m[2][2], on purpose. */
+MOX_API mox_bool mox_matrix_4x4_r32_perspective_fov_lh(mox_matrix_4x4_r32* out, float fov, float aspect,
+                                                       float near, float far);
+MOX_API mox_bool mox_matrix_4x4_r32_perspective_fov_rh(mox_matrix_4x4_r32* out, float fov, float aspect,
+                                                       float near, float far);
+MOX_API mox_bool mox_matrix_4x4_r32_reflect(mox_matrix_4x4_r32* out, mox_plane_r32 plane);
+/* m[0][3] takes the light's z where the rows below take its w, on purpose. */
+MOX_API mox_bool mox_matrix_4x4_r32_shadow(mox_matrix_4x4_r32* out, mox_vector4_r32 light,
+                                           mox_plane_r32 plane);
+/* Through m2 by m1 and the coordinate transform to the viewport x, y, width, height and the depth
+   range near to far. The viewport origin is scaled with the rest, on purpose; out->w is not written. */
+MOX_API mox_bool mox_vector4_r32_project(mox_vector4_r32* out, mox_vector4_r32 v, float viewport_x,
+                                         float viewport_y, float viewport_width, float viewport_height,
+                                         mox_matrix_4x4_r32 m1, mox_matrix_4x4_r32 m2, float near, float far);
+/* The way back through the inverse of m2 by m1; x, y and z are 1 when the last step fails. */
+MOX_API mox_bool mox_vector4_r32_unproject(mox_vector4_r32* out, mox_vector4_r32 v, float viewport_x,
+                                           float viewport_y, float viewport_width, float viewport_height,
+                                           mox_matrix_4x4_r32 m1, mox_matrix_4x4_r32 m2, float near,
+                                           float far);
+
 MOX_END_DECLS
 
 #endif
