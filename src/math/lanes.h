@@ -51,7 +51,14 @@ template <typename V> float dot(const V& a, const V& b) {
     return sum;
 }
 
-template <typename V> float sum_of_squares(const V& a) { return dot(a, a); }
+// Where a value is defined as rounded to single precision it is worked out in double and rounded once.
+template <typename V> float sum_of_squares(const V& a) {
+    Lanes<V> x = lanes_of(a);
+    double sum = 0.0;
+    for (int i = 0; i < x.count; ++i)
+        sum += static_cast<double>(x[i]) * x[i];
+    return static_cast<float>(sum);
+}
 
 // Divides by the sum of the squares and not by its root: every caller in the library (look-at,
 // rotation about an axis, shadow, plane from points, calc_normal) is built on this value. Intended.
@@ -101,7 +108,8 @@ inline mox_bool transform_coord(mox_vector4_r32* out, const mox_vector4_r32& v,
         return 0;
     const float* m = matrix.m;
     float e = v.w * m[12];
-    float d = v.x * m[3] + v.y * m[7] + v.z * m[15] + e;
+    float d = static_cast<float>(static_cast<double>(v.x) * m[3] + static_cast<double>(v.y) * m[7] +
+                                 static_cast<double>(v.z) * m[15] + e);
     if (d == 0.0f)
         return 0;
     *out = {(v.x * m[0] + v.y * m[4] + v.z * m[8] + e) / d, (v.x * m[1] + v.y * m[5] + v.z * m[9] + e) / d,

@@ -70,7 +70,9 @@ mox_vector3_r32 row3(const Matrix3& m, int r) { return {at(m, r, 0), at(m, r, 1)
 
 float determinant(const Matrix4& m) {
     mox_vector4_r32 v = cross(column4(m, 0), column4(m, 1), column4(m, 2));
-    return -(v.x * at(m, 0, 3) + v.y * at(m, 1, 3) + v.z * at(m, 2, 3) + v.w * at(m, 3, 3));
+    return static_cast<float>(
+        -(static_cast<double>(v.x) * at(m, 0, 3) + static_cast<double>(v.y) * at(m, 1, 3) +
+          static_cast<double>(v.z) * at(m, 2, 3) + static_cast<double>(v.w) * at(m, 3, 3)));
 }
 
 // The 4x4 construction with a fourth component of 1. Its value is the negative of the true
@@ -80,7 +82,9 @@ float determinant(const Matrix3& m) {
     mox_vector4_r32 c1{at(m, 0, 1), at(m, 1, 1), at(m, 2, 1), 1.0f};
     mox_vector4_r32 c2{at(m, 0, 2), at(m, 1, 2), at(m, 2, 2), 1.0f};
     mox_vector4_r32 v = cross(c0, c1, c2);
-    return -(v.x * at(m, 0, 2) + v.y * at(m, 1, 2) + v.z * at(m, 2, 2));
+    return static_cast<float>(-(static_cast<double>(v.x) * at(m, 0, 2) +
+                                static_cast<double>(v.y) * at(m, 1, 2) +
+                                static_cast<double>(v.z) * at(m, 2, 2)));
 }
 
 // The cross product of the rows other than `skipped`, in their order.

@@ -140,7 +140,9 @@ MOX_API mox_bool mox_plane_r32_normalize(mox_plane_r32* out, mox_plane_r32 plane
     if (out == nullptr)
         return 0;
     // The true root here, unlike the vector normalize.
-    float r = std::sqrt(mox::sum_of_squares(mox::normal_of(plane)));
+    float r = static_cast<float>(std::sqrt(static_cast<double>(plane.a) * plane.a +
+                                           static_cast<double>(plane.b) * plane.b +
+                                           static_cast<double>(plane.c) * plane.c));
     if (r == 0.0f)
         return 0;
     *out = {plane.a / r, plane.b / r, plane.c / r, plane.d / r};

@@ -281,7 +281,7 @@ MOX_API mox_bool mox_vector2_r32_transform_coord_2x2_r32(mox_vector2_r32* out, m
                                                          mox_matrix_2x2_r32 m) {
     if (out == nullptr)
         return 0;
-    float d = v.x * m.m[1] + v.y * m.m[3];
+    float d = static_cast<float>(static_cast<double>(v.x) * m.m[1] + static_cast<double>(v.y) * m.m[3]);
     if (d == 0.0f)
         return 0;
     *out = {(v.x * m.m[0] + v.y * m.m[2]) / d, d / d};

@@ -212,6 +212,12 @@ TEST(Vector, NormalizeDividesByTheSumOfSquares) {
     // A NaN sum passes the equality test and spreads.
     EXPECT_EQ(mox_vector4_r32_normalize(&v4, {kNaN, 1, 0, 0}), 1);
     EXPECT_TRUE(std::isnan(v4.y));
+    // The sum is rounded to single precision once: 1 + 2^-24 + 2^-24 is 1 + 2^-23, where adding in
+    // single precision step by step would give 1.
+    const float small = 1.0f / 4096.0f;
+    EXPECT_EQ(mox_vector3_r32_normalize(&v3, {1, small, small}), 1);
+    EXPECT_EQ(v3.x, 1.0f / (1.0f + 1.0f / 8388608.0f));
+    EXPECT_EQ(mox_vector3_r32_length({1, small, small}), 1.0f + 1.0f / 8388608.0f);
     // A sum that rounds to zero in single precision fails.
     EXPECT_EQ(mox_vector2_r32_normalize(&v2, {1e-30f, 0}), 0);
 }
