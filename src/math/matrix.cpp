@@ -1,7 +1,7 @@
 // Matrices: building, combining and inverting the row-major matrix records, camera and projection
 // matrices, and the project and unproject entries that rest on them. Silent value operations; the
 // deliberate irregularities (the 2x2 identity, the 3x3 determinant's sign, rotation about y, the
-// projection table's asymmetries, the shadow's m[0][3]) are marked where they stand.
+// asymmetries between the projection forms, the shadow's m[0][3]) are marked where they stand.
 #include <mox/math.h>
 
 #include <cmath>
@@ -215,7 +215,7 @@ Matrix4 look_at(const mox_vector3_r32& z0, const mox_vector3_r32& eye, const mox
     return m;
 }
 
-// The elements of the projection table that every row writes; the rest keep their identity values.
+// The four elements every projection writes; the rest keep their identity values.
 Matrix4 projection(float m00, float m11, float m22, float m32) {
     Matrix4 m = identity<Matrix4>();
     at(m, 0, 0) = m00;

@@ -308,7 +308,7 @@ TEST(Matrix4, RotationQuaternionIsNotNormalized) {
 
 TEST(Matrix4, LookAt) {
     mox_matrix_4x4_r32 m;
-    // One unit away with a perpendicular unit up: orthonormal, and the same as the textbook.
+    // One unit away with a perpendicular unit up: orthonormal, and the usual left-handed view matrix.
     EXPECT_EQ(mox_matrix_4x4_r32_look_at_lh(&m, {1, 2, 3}, {1, 2, 2}, {0, 1, 0}), 1);
     expect_matrix(m, {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, -1, -2, -2, 1});
     EXPECT_EQ(mox_matrix_4x4_r32_look_at_rh(&m, {0, 0, 0}, {0, 0, -1}, {0, 1, 0}), 1);
