@@ -175,6 +175,35 @@ MOX_API mox_bool mox_fifo_copy(mox_fifo* self, void* data, uint32_t size);
 MOX_API mox_bool mox_fifo_save_to_file(mox_fifo* self, mox_file* file);
 MOX_API mox_bool mox_fifo_load_from_file(mox_fifo* self, mox_file* file);
 
+/* ---- Variant ----------------------------------------------------------------------------------- */
+
+#define MOX_VAR_CLASS_ID 0x30D6209Eu
+
+/* One value of one of twelve kinds. Tags 1 to 11 are plain byte values of 4, 1, 1, 2, 4, 1, 2, 4, 4,
+   8 and 8 bytes; tag 12 is a narrow string, with `value` the string block itself; tag 0 is no value. */
+typedef struct mox_var {
+    mox_object header;
+    uint32_t type;
+    void* value; /* heap block sized by the tag, or the string of tag 12 */
+} mox_var;
+
+MOX_API mox_bool mox_var_construct(mox_var* self, void* owner);
+MOX_API mox_bool mox_var_destruct(mox_var* self);
+MOX_API mox_bool mox_var_new(mox_var** out, void* owner);
+MOX_API mox_bool mox_var_free(mox_var** slot);
+/* False for a tag above 12. */
+MOX_API mox_bool mox_var_sizeof(mox_var* self, uint32_t* size);
+/* An unknown tag is stored all the same, and the result is false. */
+MOX_API mox_bool mox_var_set_type(mox_var* self, uint32_t type);
+/* For tag 12 `data` is the text. */
+MOX_API mox_bool mox_var_set(mox_var* self, const void* data);
+/* For tag 12 `out` is a string slot that receives a copy. */
+MOX_API mox_bool mox_var_get(mox_var* self, void* out);
+/* Tags 1 to 11 write the `value` word itself, not the bytes it points at, so a load brings back the
+   tag and not the value. */
+MOX_API mox_bool mox_var_save_to_file(mox_var* self, mox_file* file);
+MOX_API mox_bool mox_var_load_from_file(mox_var* self, mox_file* file);
+
 MOX_END_DECLS
 
 #endif
