@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "containers/file_words.h"
+#include "containers/free_instance.h"
 #include "containers/variant.h"
 #include "core/instance.h"
 
@@ -76,13 +77,7 @@ MOX_API mox_bool mox_var_new(mox_var** out, void* owner) {
     return mox::new_instance<mox_var, mox_var_construct, mox::NullArguments::silent>(out, owner);
 }
 
-MOX_API mox_bool mox_var_free(mox_var** slot) {
-    if (slot == nullptr)
-        return 0;
-    if (*slot != nullptr)
-        mox::var_destruct_body(*slot);
-    return mox_memory_free(reinterpret_cast<void**>(slot));
-}
+MOX_API mox_bool mox_var_free(mox_var** slot) { return mox::free_instance<mox_var, mox_var_destruct>(slot); }
 
 MOX_API mox_bool mox_var_sizeof(mox_var* self, uint32_t* size) {
     if (self == nullptr || size == nullptr || self->type > mox::kStringTag)
