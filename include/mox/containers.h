@@ -175,6 +175,109 @@ MOX_API mox_bool mox_fifo_copy(mox_fifo* self, void* data, uint32_t size);
 MOX_API mox_bool mox_fifo_save_to_file(mox_fifo* self, mox_file* file);
 MOX_API mox_bool mox_fifo_load_from_file(mox_fifo* self, mox_file* file);
 
+/* ---- Variant ----------------------------------------------------------------------------------- */
+
+#define MOX_VAR_CLASS_ID 0x30D6209Eu
+
+/* One value of one of twelve kinds. Tags 1 to 11 are plain byte values of 4, 1, 1, 2, 4, 1, 2, 4, 4,
+   8 and 8 bytes; tag 12 is a narrow string, with `value` the string block itself; tag 0 is no value. */
+typedef struct mox_var {
+    mox_object header;
+    uint32_t type;
+    void* value; /* heap block sized by the tag, or the string of tag 12 */
+} mox_var;
+
+MOX_API mox_bool mox_var_construct(mox_var* self, void* owner);
+MOX_API mox_bool mox_var_destruct(mox_var* self);
+MOX_API mox_bool mox_var_new(mox_var** out, void* owner);
+MOX_API mox_bool mox_var_free(mox_var** slot);
+/* False for a tag above 12. */
+MOX_API mox_bool mox_var_sizeof(mox_var* self, uint32_t* size);
+/* An unknown tag is stored all the same, and the result is false. */
+MOX_API mox_bool mox_var_set_type(mox_var* self, uint32_t type);
+/* For tag 12 `data` is the text. */
+MOX_API mox_bool mox_var_set(mox_var* self, const void* data);
+/* For tag 12 `out` is a string slot that receives a copy. */
+MOX_API mox_bool mox_var_get(mox_var* self, void* out);
+/* Tags 1 to 11 write the `value` word itself, not the bytes it points at, so a load brings back the
+   tag and not the value. */
+MOX_API mox_bool mox_var_save_to_file(mox_var* self, mox_file* file);
+MOX_API mox_bool mox_var_load_from_file(mox_var* self, mox_file* file);
+
+/* ---- Dataset ----------------------------------------------------------------------------------- */
+
+#define MOX_DATASET_COLUMN_CLASS_ID 0x8E4CCDE0u
+#define MOX_DATASET_FIELD_CLASS_ID 0xFDCE934Au
+#define MOX_DATASET_ROW_CLASS_ID 0x0DE6814Au
+#define MOX_DATASET_CLASS_ID 0x50E349B1u
+
+typedef struct mox_dataset_column {
+    mox_object header; /* owner: the dataset */
+    mox_astring name;
+    mox_astring description;
+} mox_dataset_column;
+
+typedef struct mox_dataset_field {
+    mox_object header; /* owner: the row */
+    mox_var value;
+    mox_dataset_column* column; /* not owned */
+} mox_dataset_field;
+
+typedef struct mox_dataset_row {
+    mox_object header; /* owner: the dataset */
+    uint32_t count;
+    mox_dataset_field* fields; /* `count` records, owned */
+} mox_dataset_row;
+
+/* A table of named columns and rows of variant fields, in arrays the dataset owns. A resize moves the
+   arrays: every earlier pointer into them is stale afterwards. */
+typedef struct mox_dataset {
+    mox_object header;
+    mox_astring name;
+    mox_astring description;
+    uint32_t column_count;
+    mox_dataset_column* columns;
+    uint32_t row_count;
+    mox_dataset_row* rows;
+} mox_dataset;
+
+MOX_API mox_bool mox_dataset_column_construct(mox_dataset_column* self, void* owner);
+MOX_API mox_bool mox_dataset_column_destruct(mox_dataset_column* self);
+MOX_API mox_bool mox_dataset_column_new(mox_dataset_column** out, void* owner);
+/* The class's `free`, spelled so. */
+MOX_API mox_bool mox_dataset_column_dree(mox_dataset_column** slot);
+
+MOX_API mox_bool mox_dataset_field_construct(mox_dataset_field* self, void* owner);
+MOX_API mox_bool mox_dataset_field_destruct(mox_dataset_field* self);
+MOX_API mox_bool mox_dataset_field_new(mox_dataset_field** out, void* owner);
+/* The class's `free`, spelled so. */
+MOX_API mox_bool mox_dataset_field_dree(mox_dataset_field** slot);
+
+MOX_API mox_bool mox_dataset_row_construct(mox_dataset_row* self, void* owner);
+MOX_API mox_bool mox_dataset_row_destruct(mox_dataset_row* self);
+MOX_API mox_bool mox_dataset_row_new(mox_dataset_row** out, void* owner);
+MOX_API mox_bool mox_dataset_row_free(mox_dataset_row** slot);
+/* False for a count of 0; a failed growth ends the row. */
+MOX_API mox_bool mox_dataset_row_resize(mox_dataset_row* self, uint32_t count);
+
+MOX_API mox_bool mox_dataset_construct(mox_dataset* self, void* owner);
+MOX_API mox_bool mox_dataset_destruct(mox_dataset* self);
+MOX_API mox_bool mox_dataset_new(mox_dataset** out, void* owner);
+MOX_API mox_bool mox_dataset_free(mox_dataset** slot);
+/* False if either count is 0. Gives every row `column_count` fields pointing at their columns. */
+MOX_API mox_bool mox_dataset_resize(mox_dataset* self, uint32_t column_count, uint32_t row_count);
+/* Compares names without regard to ASCII case. */
+MOX_API mox_bool mox_dataset_find_column(mox_dataset* self, const char* name, uint32_t* index);
+/* The three getters need a non-null `*out` on entry, or they answer false and store nothing. */
+MOX_API mox_bool mox_dataset_get_column(mox_dataset* self, uint32_t index, mox_dataset_column** out);
+MOX_API mox_bool mox_dataset_get_row(mox_dataset* self, uint32_t index, mox_dataset_row** out);
+MOX_API mox_bool mox_dataset_get_field(mox_dataset* self, uint32_t column, uint32_t row,
+                                       mox_dataset_field** out);
+/* Stores the address of the field's value; `*out` may be null on entry. */
+MOX_API mox_bool mox_dataset_get_data(mox_dataset* self, uint32_t column, uint32_t row, mox_var** out);
+MOX_API mox_bool mox_dataset_save_to_file(mox_dataset* self, mox_file* file);
+MOX_API mox_bool mox_dataset_load_from_file(mox_dataset* self, mox_file* file);
+
 MOX_END_DECLS
 
 #endif
