@@ -3,6 +3,8 @@
 #define MOX_FILES_H
 
 #include <mox/base.h>
+#include <mox/containers.h>
+#include <mox/strings.h>
 
 MOX_BEGIN_DECLS
 
@@ -85,6 +87,26 @@ MOX_API mox_bool mox_file_map_view_u32(mox_file_map* self, uint32_t offset, uint
 MOX_API mox_bool mox_file_map_view_u64(mox_file_map* self, uint64_t offset, uint32_t size);
 MOX_API mox_bool mox_file_map_flush(mox_file_map* self, uint64_t offset, uint32_t size);
 MOX_API mox_bool mox_file_map_close(mox_file_map* self);
+
+/* ---- File system helpers ---------------------------------------------------------------------- */
+
+/* Names are narrow, in the system's code page, with "\\" as the separator. Null arguments post
+   "core.params" and give false; failures of the system are silent. */
+MOX_API mox_bool mox_create_file(const char* name, uint8_t make_folders);
+MOX_API mox_bool mox_file_create(mox_file* self, const char* name, uint32_t mode, uint8_t make_folders);
+MOX_API mox_bool mox_delete_file(const char* name);
+MOX_API mox_bool mox_exist_file(const char* name);
+MOX_API mox_bool mox_copy_file(const char* to, const char* from, uint8_t overwrite);
+MOX_API mox_bool mox_create_folder(const char* name, uint8_t make_parents);
+MOX_API mox_bool mox_delete_folder(const char* name, uint8_t recursive);
+/* Moves the process's current folder for a moment: not safe beside other threads. */
+MOX_API mox_bool mox_exist_folder(char* name);
+MOX_API mox_bool mox_get_files(mox_astring_array* out, const char* folder);
+MOX_API mox_bool mox_get_folders(mox_astring_array* out, const char* folder);
+MOX_API mox_bool mox_set_work_folder(const char* name);
+MOX_API mox_bool mox_get_work_folder(mox_astring* out);
+MOX_API mox_bool mox_get_temp_folder(mox_astring* out);
+MOX_API mox_bool mox_get_temp_file_name(mox_astring* out, const char* folder, const char* prefix);
 
 /* This build writes XML but does not read it: always false, silently. */
 MOX_API mox_bool mox_xml_load_from_file(void* self, ...);
