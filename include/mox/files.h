@@ -108,6 +108,53 @@ MOX_API mox_bool mox_get_work_folder(mox_astring* out);
 MOX_API mox_bool mox_get_temp_folder(mox_astring* out);
 MOX_API mox_bool mox_get_temp_file_name(mox_astring* out, const char* folder, const char* prefix);
 
+/* ---- SON document ------------------------------------------------------------------------------ */
+
+#define MOX_SON_TAG_CLASS_ID 0x17A9186Fu
+#define MOX_SON_CLASS_ID 0xBC9F93B4u
+
+/* A named text value or a block of further tags; the children follow the held-child pattern, and
+   the sibling links stand in the notes. The writer ignores `value` once a tag has children. */
+typedef struct mox_son_tag {
+    mox_object header;
+    mox_astring name;
+    mox_astring value;
+    mox_list children;
+} mox_son_tag;
+
+/* The document: one top tag, embedded. */
+typedef struct mox_son {
+    mox_object header;
+    mox_son_tag root;
+} mox_son;
+
+MOX_API mox_bool mox_son_construct(mox_son* self, void* owner);
+MOX_API mox_bool mox_son_destruct(mox_son* self);
+MOX_API mox_bool mox_son_new(mox_son** out, void* owner);
+MOX_API mox_bool mox_son_free(mox_son** slot);
+MOX_API mox_bool mox_son_clear(mox_son* self);
+/* Writes UTF-8 with its mark at the file's position. */
+MOX_API mox_bool mox_son_save_to_file(mox_son* self, mox_file* file);
+/* Reads UTF-16 of either byte order, or narrow text; refuses the mark that the writer writes. */
+MOX_API mox_bool mox_son_load_from_file(mox_son* self, mox_file* file);
+MOX_API mox_bool mox_son_save_to(mox_son* self, const char* name);
+MOX_API mox_bool mox_son_load_from(mox_son* self, const char* name);
+
+MOX_API mox_bool mox_son_tag_construct(mox_son_tag* self, void* owner);
+MOX_API mox_bool mox_son_tag_destruct(mox_son_tag* self);
+MOX_API mox_bool mox_son_tag_new(mox_son_tag** out, void* owner);
+MOX_API mox_bool mox_son_tag_free(mox_son_tag** slot);
+MOX_API mox_bool mox_son_tag_create_child(mox_son_tag* self, mox_son_tag** out, uint8_t position);
+/* Always false: success is told by the cleared slot. */
+MOX_API mox_bool mox_son_tag_delete_child(mox_son_tag* self, mox_son_tag** slot);
+MOX_API mox_bool mox_son_tag_clear_child(mox_son_tag* self);
+MOX_API mox_bool mox_son_tag_first_child(mox_son_tag* self, mox_son_tag** out);
+MOX_API mox_bool mox_son_tag_last_child(mox_son_tag* self, mox_son_tag** out);
+MOX_API mox_bool mox_son_tag_next(mox_son_tag* self, mox_son_tag** out);
+MOX_API mox_bool mox_son_tag_prev(mox_son_tag* self, mox_son_tag** out);
+/* The first child whose name equals `name`, ignoring case; children only, no deeper. */
+MOX_API mox_bool mox_son_tag_find_child(mox_son_tag* self, const char* name, mox_son_tag** out);
+
 /* This build writes XML but does not read it: always false, silently. */
 MOX_API mox_bool mox_xml_load_from_file(void* self, ...);
 
