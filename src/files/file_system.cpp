@@ -16,8 +16,8 @@ namespace {
 constexpr const char* kSeparator = "\\";
 
 bool make_file(const char* name) {
-    os::HANDLE handle = os::CreateFileA(name, os::GENERIC_READ | os::GENERIC_WRITE, 0, nullptr, os::CREATE_NEW,
-                                        os::FILE_ATTRIBUTE_NORMAL, nullptr);
+    os::HANDLE handle = os::CreateFileA(name, os::GENERIC_READ | os::GENERIC_WRITE, 0, nullptr,
+                                        os::CREATE_NEW, os::FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == os::INVALID_HANDLE_VALUE)
         return false;
     os::CloseHandle(handle);
@@ -67,7 +67,9 @@ mox_bool walk(const char* name, Last last) {
 
 bool has_separator(const char* name) { return std::strchr(name, '\\') != nullptr; }
 
-bool is_dot_entry(const char* name) { return mox_astring_compare(name, ".") || mox_astring_compare(name, ".."); }
+bool is_dot_entry(const char* name) {
+    return mox_astring_compare(name, ".") || mox_astring_compare(name, "..");
+}
 
 bool is_folder(const os::WIN32_FIND_DATAA& entry) {
     return (entry.dwFileAttributes & os::FILE_ATTRIBUTE_DIRECTORY) != 0;
@@ -186,8 +188,9 @@ MOX_API mox_bool mox_delete_file(const char* name) {
 MOX_API mox_bool mox_exist_file(const char* name) {
     if (name == nullptr)
         return fail_params();
-    mox::os::HANDLE handle = mox::os::CreateFileA(name, mox::os::GENERIC_READ, 0, nullptr, mox::os::OPEN_EXISTING,
-                                                  mox::os::FILE_ATTRIBUTE_NORMAL, nullptr);
+    mox::os::HANDLE handle =
+        mox::os::CreateFileA(name, mox::os::GENERIC_READ, 0, nullptr, mox::os::OPEN_EXISTING,
+                             mox::os::FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == mox::os::INVALID_HANDLE_VALUE)
         return 0;
     mox::os::CloseHandle(handle);

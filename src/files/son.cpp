@@ -76,8 +76,8 @@ void end_descendants(mox_son_tag* top) {
         mox_list_note* first = tag->children.first;
         if (first != nullptr) {
             mox_son_tag* child = child_of(first);
-            if (child != nullptr && child->header.owner == first && child->header.class_id == MOX_SON_TAG_CLASS_ID &&
-                parent_of(child) == tag) {
+            if (child != nullptr && child->header.owner == first &&
+                child->header.class_id == MOX_SON_TAG_CLASS_ID && parent_of(child) == tag) {
                 tag = child;
             } else {
                 mox_list_delete_note(&tag->children, &first);
@@ -110,7 +110,8 @@ struct Writer {
         if (!ok)
             return;
         mox_astring copy = nullptr;
-        if (!mox_astring_duplicate(&copy, piece) || !mox_astring_convert(&copy, 65001, mox_get_code_page(0))) {
+        if (!mox_astring_duplicate(&copy, piece) ||
+            !mox_astring_convert(&copy, 65001, mox_get_code_page(0))) {
             ok = false;
         } else {
             uint32_t size = mox_astring_length(copy);
@@ -252,8 +253,8 @@ struct Reader {
     bool take_token(mox_astring* slot) {
         if (kind == Kind::narrow)
             return mox_astring_duplicate(slot, reinterpret_cast<const char*>(token->data)) != 0;
-        return mox_wstring_to_astring(slot, reinterpret_cast<const uint16_t*>(token->data), mox_get_code_page(0)) !=
-               0;
+        return mox_wstring_to_astring(slot, reinterpret_cast<const uint16_t*>(token->data),
+                                      mox_get_code_page(0)) != 0;
     }
 
     // One tag, from behind its opening quote. On true `*down` tells whether it opened a block.

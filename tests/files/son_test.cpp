@@ -324,16 +324,15 @@ TEST_F(SonTest, NestedBlocksAreIndentedByTabs) {
     add(y, "z", "1");
     add(x, "w", "2");
     add(&son.root, "v", "3");
-    EXPECT_EQ(save_text(), kMark +
-                               "\"r\" = {\r\n"
-                               "\t\"x\" = {\r\n"
-                               "\t\t\"y\" = {\r\n"
-                               "\t\t\t\"z\" = \"1\"\r\n"
-                               "\t\t}\r\n"
-                               "\t\t\"w\" = \"2\"\r\n"
-                               "\t}\r\n"
-                               "\t\"v\" = \"3\"\r\n"
-                               "}\r\n");
+    EXPECT_EQ(save_text(), kMark + "\"r\" = {\r\n"
+                                   "\t\"x\" = {\r\n"
+                                   "\t\t\"y\" = {\r\n"
+                                   "\t\t\t\"z\" = \"1\"\r\n"
+                                   "\t\t}\r\n"
+                                   "\t\t\"w\" = \"2\"\r\n"
+                                   "\t}\r\n"
+                                   "\t\"v\" = \"3\"\r\n"
+                                   "}\r\n");
 }
 
 TEST_F(SonTest, TheValueOfATagWithChildrenIsNotWritten) {
@@ -512,7 +511,8 @@ TEST_F(SonTest, TagsBehindTheFirstBlockBecomeChildrenOfTheRoot) {
 }
 
 TEST_F(SonTest, NestedLevelsComeBackUpToTheirParents) {
-    EXPECT_EQ(load(utf16(u"\"r\" = {\n\t\"x\" = {\n\t\t\"y\" = \"1\"\n\t}\n\t\"z\" = \"2\"\n}", false, true)), 1);
+    EXPECT_EQ(load(utf16(u"\"r\" = {\n\t\"x\" = {\n\t\t\"y\" = \"1\"\n\t}\n\t\"z\" = \"2\"\n}", false, true)),
+              1);
     ASSERT_EQ(son.root.children.count, 2u);
     mox_son_tag* x = child_at(&son.root, 0);
     EXPECT_EQ(str(x->name), "x");
@@ -597,7 +597,8 @@ TEST_F(SonTest, EndWithAStaleQuoteGoesOnAsTheFormatSays) {
 }
 
 TEST_F(SonTest, EveryTruncationOfADocumentEnds) {
-    std::u16string text = u" \"r\" = {\r\n\t\"a\" = \"1\"\r\n\t\"b\" = {\r\n\t\t\"c\" = \"\u00E9\"\r\n\t}\r\n}\r\n";
+    std::u16string text =
+        u" \"r\" = {\r\n\t\"a\" = \"1\"\r\n\t\"b\" = {\r\n\t\t\"c\" = \"\u00E9\"\r\n\t}\r\n}\r\n";
     std::string narrow(text.begin(), text.end());
     for (const Bytes& whole : {bytes_of(narrow), utf16(text, false, true), utf16(text, true, false)}) {
         for (size_t length = 0; length <= whole.size(); ++length) {

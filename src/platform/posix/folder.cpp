@@ -95,7 +95,8 @@ bool DeleteFileA(const char* name) {
 bool CopyFileA(const char* from, const char* to, bool fail_if_exists) {
     char source_path[PATH_MAX];
     char target_path[PATH_MAX];
-    if (!system_path(from, source_path, sizeof source_path) || !system_path(to, target_path, sizeof target_path))
+    if (!system_path(from, source_path, sizeof source_path) ||
+        !system_path(to, target_path, sizeof target_path))
         return false;
     int source = ::open(source_path, O_RDONLY | O_CLOEXEC);
     if (source < 0)
@@ -214,12 +215,13 @@ uint32_t GetTempFileNameA(const char* folder, const char* prefix, uint32_t uniqu
     if (folder == nullptr || prefix == nullptr || buffer == nullptr)
         return 0;
     size_t folder_length = std::strlen(folder);
-    bool has_separator = folder_length > 0 && (folder[folder_length - 1] == '\\' || folder[folder_length - 1] == '/');
+    bool has_separator =
+        folder_length > 0 && (folder[folder_length - 1] == '\\' || folder[folder_length - 1] == '/');
     char start[4] = {};
     std::strncpy(start, prefix, 3);
     // The number starts from the clock, as the system's does, and walks on past names in use.
-    auto number = static_cast<uint32_t>(unique != 0 ? unique : (static_cast<uint32_t>(time(nullptr)) ^
-                                                                static_cast<uint32_t>(getpid()) << 4));
+    auto number = static_cast<uint32_t>(
+        unique != 0 ? unique : (static_cast<uint32_t>(time(nullptr)) ^ static_cast<uint32_t>(getpid()) << 4));
     for (uint32_t tries = 0; tries < 0x10000; ++tries) {
         uint32_t value = number & 0xFFFF;
         if (unique == 0 && value == 0)
@@ -230,7 +232,8 @@ uint32_t GetTempFileNameA(const char* folder, const char* prefix, uint32_t uniqu
             break;
         if (unique != 0)
             return unique;
-        HANDLE file = CreateFileA(buffer, GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+        HANDLE file =
+            CreateFileA(buffer, GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
         if (file != INVALID_HANDLE_VALUE) {
             CloseHandle(file);
             return value;
