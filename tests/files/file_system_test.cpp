@@ -460,3 +460,20 @@ TEST_F(FileSystemTest, TempFileNameInTheTempFolder) {
     mox_astring_destruct(&temp);
     mox_astring_destruct(&name);
 }
+
+TEST_F(FileSystemTest, ExistFolderRefusesAWorkFolderTooLongToPutBack) {
+    // Our decision: a current folder longer than the 260 characters couldn't be restored from the
+    // buffer, so the entry answers false and leaves it where it is.
+    std::string deep = folder.path();
+    while (deep.size() < 300)
+        deep += "/" + std::string(40, 'l');
+    fs::create_directories(deep);
+    ASSERT_EQ(chdir(deep.c_str()), 0);
+    EXPECT_EQ(mox_exist_folder(const_cast<char*>(".")), 0);
+    EXPECT_EQ(cwd(), deep);
+    mox_astring text = nullptr;
+    // The count of the system says how much room it needs: true, with the block left without text.
+    EXPECT_EQ(mox_get_work_folder(&text), 1);
+    EXPECT_EQ(std::string(text).find(deep), std::string::npos);
+    mox_astring_destruct(&text);
+}
