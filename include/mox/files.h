@@ -3,6 +3,8 @@
 #define MOX_FILES_H
 
 #include <mox/base.h>
+#include <mox/containers.h>
+#include <mox/strings.h>
 
 MOX_BEGIN_DECLS
 
@@ -85,6 +87,73 @@ MOX_API mox_bool mox_file_map_view_u32(mox_file_map* self, uint32_t offset, uint
 MOX_API mox_bool mox_file_map_view_u64(mox_file_map* self, uint64_t offset, uint32_t size);
 MOX_API mox_bool mox_file_map_flush(mox_file_map* self, uint64_t offset, uint32_t size);
 MOX_API mox_bool mox_file_map_close(mox_file_map* self);
+
+/* ---- File system helpers ---------------------------------------------------------------------- */
+
+/* Names are narrow, in the system's code page, with "\\" as the separator. Null arguments post
+   "core.params" and give false; failures of the system are silent. */
+MOX_API mox_bool mox_create_file(const char* name, uint8_t make_folders);
+MOX_API mox_bool mox_file_create(mox_file* self, const char* name, uint32_t mode, uint8_t make_folders);
+MOX_API mox_bool mox_delete_file(const char* name);
+MOX_API mox_bool mox_exist_file(const char* name);
+MOX_API mox_bool mox_copy_file(const char* to, const char* from, uint8_t overwrite);
+MOX_API mox_bool mox_create_folder(const char* name, uint8_t make_parents);
+MOX_API mox_bool mox_delete_folder(const char* name, uint8_t recursive);
+/* Moves the process's current folder for a moment: not safe beside other threads. */
+MOX_API mox_bool mox_exist_folder(char* name);
+MOX_API mox_bool mox_get_files(mox_astring_array* out, const char* folder);
+MOX_API mox_bool mox_get_folders(mox_astring_array* out, const char* folder);
+MOX_API mox_bool mox_set_work_folder(const char* name);
+MOX_API mox_bool mox_get_work_folder(mox_astring* out);
+MOX_API mox_bool mox_get_temp_folder(mox_astring* out);
+MOX_API mox_bool mox_get_temp_file_name(mox_astring* out, const char* folder, const char* prefix);
+
+/* ---- SON document ------------------------------------------------------------------------------ */
+
+#define MOX_SON_TAG_CLASS_ID 0x17A9186Fu
+#define MOX_SON_CLASS_ID 0xBC9F93B4u
+
+/* A named text value or a block of further tags; the children follow the held-child pattern, and
+   the sibling links stand in the notes. The writer ignores `value` once a tag has children. */
+typedef struct mox_son_tag {
+    mox_object header;
+    mox_astring name;
+    mox_astring value;
+    mox_list children;
+} mox_son_tag;
+
+/* The document: one top tag, embedded. */
+typedef struct mox_son {
+    mox_object header;
+    mox_son_tag root;
+} mox_son;
+
+MOX_API mox_bool mox_son_construct(mox_son* self, void* owner);
+MOX_API mox_bool mox_son_destruct(mox_son* self);
+MOX_API mox_bool mox_son_new(mox_son** out, void* owner);
+MOX_API mox_bool mox_son_free(mox_son** slot);
+MOX_API mox_bool mox_son_clear(mox_son* self);
+/* Writes UTF-8 with its mark at the file's position. */
+MOX_API mox_bool mox_son_save_to_file(mox_son* self, mox_file* file);
+/* Reads UTF-16 of either byte order, or narrow text; refuses the mark that the writer writes. */
+MOX_API mox_bool mox_son_load_from_file(mox_son* self, mox_file* file);
+MOX_API mox_bool mox_son_save_to(mox_son* self, const char* name);
+MOX_API mox_bool mox_son_load_from(mox_son* self, const char* name);
+
+MOX_API mox_bool mox_son_tag_construct(mox_son_tag* self, void* owner);
+MOX_API mox_bool mox_son_tag_destruct(mox_son_tag* self);
+MOX_API mox_bool mox_son_tag_new(mox_son_tag** out, void* owner);
+MOX_API mox_bool mox_son_tag_free(mox_son_tag** slot);
+MOX_API mox_bool mox_son_tag_create_child(mox_son_tag* self, mox_son_tag** out, uint8_t position);
+/* Always false: success is told by the cleared slot. */
+MOX_API mox_bool mox_son_tag_delete_child(mox_son_tag* self, mox_son_tag** slot);
+MOX_API mox_bool mox_son_tag_clear_child(mox_son_tag* self);
+MOX_API mox_bool mox_son_tag_first_child(mox_son_tag* self, mox_son_tag** out);
+MOX_API mox_bool mox_son_tag_last_child(mox_son_tag* self, mox_son_tag** out);
+MOX_API mox_bool mox_son_tag_next(mox_son_tag* self, mox_son_tag** out);
+MOX_API mox_bool mox_son_tag_prev(mox_son_tag* self, mox_son_tag** out);
+/* The first child whose name equals `name`, ignoring case; children only, no deeper. */
+MOX_API mox_bool mox_son_tag_find_child(mox_son_tag* self, const char* name, mox_son_tag** out);
 
 /* This build writes XML but does not read it: always false, silently. */
 MOX_API mox_bool mox_xml_load_from_file(void* self, ...);

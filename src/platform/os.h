@@ -168,3 +168,53 @@ int32_t WideCharToMultiByte(uint32_t code_page, uint32_t flags, const uint16_t* 
                             char* target, int32_t target_size, const char* default_char, bool* used_default);
 
 } // namespace mox::os
+
+// ---- Folders -------------------------------------------------------------------------------------
+
+namespace mox::os {
+
+inline constexpr uint32_t MAX_PATH = 260;
+
+inline constexpr uint32_t FILE_ATTRIBUTE_READONLY = 0x00000001;
+inline constexpr uint32_t FILE_ATTRIBUTE_DIRECTORY = 0x00000010;
+
+// One entry of a folder listing. The name is the system's own, with no folder in front.
+struct WIN32_FIND_DATAA {
+    uint32_t dwFileAttributes;
+    uint64_t nFileSize;
+    char cFileName[MAX_PATH];
+};
+
+// False if the folder exists or its parent doesn't. `security` must be null.
+bool CreateDirectoryA(const char* name, void* security);
+// Only an empty folder is removed.
+bool RemoveDirectoryA(const char* name);
+// Removes a file or a symbolic link, never a folder.
+bool DeleteFileA(const char* name);
+// Copies the bytes of a file; with `fail_if_exists` an existing target is refused, otherwise it is
+// replaced.
+bool CopyFileA(const char* from, const char* to, bool fail_if_exists);
+
+// `pattern` is a folder, the separator and a last part that may hold the wildcards "*" and "?".
+// The listing holds "." and "..", as the system gives them. A symbolic link is listed as what it
+// is and never as a folder, so that a walk doesn't follow it. INVALID_HANDLE_VALUE on failure.
+HANDLE FindFirstFileA(const char* pattern, WIN32_FIND_DATAA* data);
+// False once there is no further entry.
+bool FindNextFileA(HANDLE search, WIN32_FIND_DATAA* data);
+bool FindClose(HANDLE search);
+
+// Characters written without the terminator; if `size` is too small, the size needed with the
+// terminator, with `buffer` untouched; 0 on failure.
+uint32_t GetCurrentDirectoryA(uint32_t size, char* buffer);
+bool SetCurrentDirectoryA(const char* name);
+// The temporary folder with a separator at its end, counted as GetCurrentDirectoryA counts.
+uint32_t GetTempPathA(uint32_t size, char* buffer);
+// The name as it stands once the file is known to exist (this system has no short names); `target`
+// may be `source`. Counted as GetCurrentDirectoryA counts; 0 for a missing file.
+uint32_t GetLongPathNameA(const char* source, char* target, uint32_t size);
+// Makes an empty file "<folder>\<first three of prefix><four hex digits>.TMP" with a number not in
+// use and writes its name to `buffer` (MAX_PATH bytes). With `unique` non-zero that number is used
+// and no file is made. The number, or 0 on failure with an empty `buffer`.
+uint32_t GetTempFileNameA(const char* folder, const char* prefix, uint32_t unique, char* buffer);
+
+} // namespace mox::os
