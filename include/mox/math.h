@@ -331,6 +331,43 @@ MOX_API mox_bool mox_vector4_r32_unproject(mox_vector4_r32* out, mox_vector4_r32
                                            mox_matrix_4x4_r32 m1, mox_matrix_4x4_r32 m2, float near,
                                            float far);
 
+/* ---- Collision tests ----------------------------------------------------------------------------- */
+
+/* Stand-alone tests between shapes given by their numbers; none posts and none allocates. A null
+   `out` is allowed and then only the truth value is computed. All four rectangle bounds are
+   inclusive. */
+MOX_API mox_bool mox_collision_rect2_i32_point2_i32(mox_rect2_i32 rect, int32_t x, int32_t y);
+/* A NaN in any compared number gives false. */
+MOX_API mox_bool mox_collision_rect2_r32_vector2_r32(float left, float top, float right, float bottom,
+                                                     float x, float y);
+/* Pairs the first points of the two lines and their second points in the determinant, while the point
+   written walks along the first line, on purpose: the results differ from the usual segment test. */
+MOX_API mox_bool mox_collision_line2_i32_line2_i32(mox_point2_i32* out, int32_t x1, int32_t y1, int32_t x2,
+                                                   int32_t y2, int32_t x3, int32_t y3, int32_t x4,
+                                                   int32_t y4);
+MOX_API mox_bool mox_collision_line2_r32_line2_r32(mox_vector2_r32* out, float x1, float y1, float x2,
+                                                   float y2, float x3, float y3, float x4, float y4);
+/* The direction is taken to be of unit length. From inside the sphere the point lies behind the
+   origin, on purpose. */
+MOX_API mox_bool mox_collision_ray3_r32_sphere3_r32(mox_vector3_r32* out, float ox, float oy, float oz,
+                                                    float dx, float dy, float dz, float cx, float cy,
+                                                    float cz, float r);
+/* The upper slab test of every axis compares with the origin's x, on purpose. */
+MOX_API mox_bool mox_collision_ray3_r32_bbox3_r32(mox_vector3_r32* out, float ox, float oy, float oz,
+                                                  float dx, float dy, float dz, float min_x, float min_y,
+                                                  float min_z, float max_x, float max_y, float max_z);
+/* Back faces and edge-on triangles never collide; a triangle behind the origin does. */
+MOX_API mox_bool mox_collision_ray3_r32_face3_r32(mox_vector3_r32* out, float ox, float oy, float oz,
+                                                  float dx, float dy, float dz, float ax, float ay, float az,
+                                                  float bx, float by, float bz, float cx, float cy, float cz);
+/* Moves the ends of the line onto sides of the rectangle where the line test reports a hit; `out`
+   (four numbers: x1, y1, x2, y2) is written only when at least one end moved. An end left of the
+   rectangle is tested against its right side and the reverse, on purpose. */
+MOX_API mox_bool mox_collision_rect4_i32_line2_i32(int32_t* out, mox_rect2_i32 rect, int32_t x1, int32_t y1,
+                                                   int32_t x2, int32_t y2);
+MOX_API mox_bool mox_collision_rect4_r32_line2_r32(float* out, float left, float top, float right,
+                                                   float bottom, float x1, float y1, float x2, float y2);
+
 MOX_END_DECLS
 
 #endif
