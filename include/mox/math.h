@@ -368,6 +368,45 @@ MOX_API mox_bool mox_collision_rect4_i32_line2_i32(int32_t* out, mox_rect2_i32 r
 MOX_API mox_bool mox_collision_rect4_r32_line2_r32(float* out, float left, float top, float right,
                                                    float bottom, float x1, float y1, float x2, float y2);
 
+/* ---- Polygon ---------------------------------------------------------------------------------------- */
+
+#define MOX_POLYGON2_R32_CLASS_ID 0xBD00330Du
+
+/* One closed outline: the last vertex joins the first. */
+typedef struct mox_polygon2_r32_cluster {
+    uint32_t vertex_count;
+    mox_vector2_r32* vertices; /* one heap block of vertex_count vectors; null when empty */
+    uint32_t reserved;
+} mox_polygon2_r32_cluster;
+
+/* A set of outlines. The blocks belong to the polygon; callers fill new vertices through `clusters`. */
+typedef struct mox_polygon2_r32 {
+    mox_object header;
+    uint32_t fill_mode;
+    uint32_t cluster_count;
+    mox_polygon2_r32_cluster* clusters; /* one heap block of cluster_count records; null when empty */
+} mox_polygon2_r32;
+
+MOX_API mox_bool mox_polygon2_r32_construct(mox_polygon2_r32* self, void* owner);
+MOX_API mox_bool mox_polygon2_r32_destruct(mox_polygon2_r32* self);
+MOX_API mox_bool mox_polygon2_r32_new(mox_polygon2_r32** out, void* owner);
+MOX_API mox_bool mox_polygon2_r32_free(mox_polygon2_r32** slot);
+/* A failed growth leaves cluster_count at 0, not at the old count. */
+MOX_API mox_bool mox_polygon2_r32_create_cluster(mox_polygon2_r32* self, uint32_t* index);
+/* A cluster number equal to cluster_count passes the check: callers give numbers in range. */
+MOX_API mox_bool mox_polygon2_r32_create_vertex(mox_polygon2_r32* self, uint32_t cluster, uint32_t* index);
+/* The vertices behind the dropped one move to the front of the block, overwriting what stood there:
+   only vertex 0 is a plain removal. The count must not be zero. */
+MOX_API mox_bool mox_polygon2_r32_drop_vertex(mox_polygon2_r32* self, uint32_t cluster, uint32_t vertex);
+/* Moves the records the same way as drop_vertex. */
+MOX_API mox_bool mox_polygon2_r32_drop_cluster(mox_polygon2_r32* self, uint32_t cluster);
+MOX_API mox_bool mox_polygon2_r32_clear(mox_polygon2_r32* self);
+/* Negative for a counter-clockwise outline with y upward. Neither argument is checked. */
+MOX_API float mox_polygon2_r32_area(mox_polygon2_r32* self, uint32_t cluster);
+/* The first cluster that holds the point by the even-odd rule wins; `cluster` receives its number.
+   Neither pointer is checked. */
+MOX_API mox_bool mox_polygon2_r32_in_vector2_r32(mox_polygon2_r32* self, float x, float y, uint32_t* cluster);
+
 MOX_END_DECLS
 
 #endif
