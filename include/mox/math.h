@@ -407,6 +407,23 @@ MOX_API float mox_polygon2_r32_area(mox_polygon2_r32* self, uint32_t cluster);
    Neither pointer is checked. */
 MOX_API mox_bool mox_polygon2_r32_in_vector2_r32(mox_polygon2_r32* self, float x, float y, uint32_t* cluster);
 
+/* ---- Random generators ---------------------------------------------------------------------------- */
+
+/* Process-wide state with fixed start values and no locking: a process that draws the same number of
+   values gets the same sequence. */
+MOX_API uint32_t mox_random_linear_init_u32(uint32_t seed);
+MOX_API uint32_t mox_random_linear_u32(void);
+MOX_API uint32_t mox_random_kiss_u32(void);
+/* Seeds the four state values of the multiply-with-carry generator; the carry stays as it was. */
+MOX_API uint32_t mox_random_mother_of_all_init_u32(uint32_t seed);
+MOX_API double mox_random_mother_of_all_r64(void);
+/* value modulo max; a max of 0 is not guarded. */
+MOX_API uint32_t mox_random_max_u32_i32(uint32_t value, uint32_t max);
+MOX_API float mox_random_max_u32_r32(uint32_t value, float max);
+/* Between 0 and high: `low` is not used. */
+MOX_API int32_t mox_random_range_u32_i32(uint32_t value, int32_t low, int32_t high);
+MOX_API float mox_random_range_u32_r32(uint32_t value, float low, float high);
+
 MOX_END_DECLS
 
 #endif
