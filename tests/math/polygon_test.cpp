@@ -2,14 +2,20 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
+#include <string>
 #include <vector>
 
+#include "support/child.h"
 #include "support/error_listener.h"
 
 using mox_test::ErrorListener;
+using mox_test::run_in_child;
 
 namespace {
 
@@ -35,6 +41,26 @@ void expect_vertices(const mox_polygon2_r32_cluster& cluster, const std::vector<
         EXPECT_EQ(cluster.vertices[i].x, points[i].x) << i;
         EXPECT_EQ(cluster.vertices[i].y, points[i].y) << i;
     }
+}
+
+// Under this limit a request for nearly 4 GiB fails.
+void limit_address_space() {
+    rlimit limit{};
+    getrlimit(RLIMIT_AS, &limit);
+    limit.rlim_cur = rlim_t(1) << 30;
+    setrlimit(RLIMIT_AS, &limit);
+}
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kAddressSanitizer = true;
+#else
+constexpr bool kAddressSanitizer = false;
+#endif
+
+// A count whose growth by one asks for 0xFFFFFFF0 bytes of records of this size.
+template <typename Item> constexpr uint32_t count_before_huge_block() {
+    static_assert(0xFFFFFFF0u % sizeof(Item) == 0);
+    return static_cast<uint32_t>(0xFFFFFFF0u / sizeof(Item)) - 1;
 }
 
 const std::vector<Xy> kUnitSquare = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
@@ -305,4 +331,45 @@ TEST_F(Polygon, SmallClustersHoldNothing) {
     // A two-vertex cluster is walked like any other: its two edges cross at the same place, and the
     // flips cancel out.
     EXPECT_EQ(mox_polygon2_r32_in_vector2_r32(&polygon, 3, 1, &cluster), 0);
+}
+
+TEST(PolygonFailure, AFailedClusterGrowthLeavesTheCountAtZero) {
+    if (kAddressSanitizer)
+        GTEST_SKIP() << "the address sanitizer's allocator does not fail under an address space limit";
+    auto outcome = run_in_child([] {
+        mox_polygon2_r32 polygon;
+        mox_polygon2_r32_construct(&polygon, nullptr);
+        polygon.cluster_count = count_before_huge_block<mox_polygon2_r32_cluster>();
+        limit_address_space();
+        ErrorListener listener;
+        uint32_t index = 0;
+        mox_bool result = mox_polygon2_r32_create_cluster(&polygon, &index);
+        std::printf("result=%d index=%d count=%u null=%d silent=%d\n", result,
+                    index == count_before_huge_block<mox_polygon2_r32_cluster>(), polygon.cluster_count,
+                    polygon.clusters == nullptr, listener.silent());
+    });
+    // Not the old count: 0. Intended.
+    EXPECT_NE(outcome.output.find("result=0 index=1 count=0 null=1 silent=1"), std::string::npos)
+        << outcome.output;
+}
+
+TEST(PolygonFailure, AFailedVertexGrowthLeavesTheCountAtZero) {
+    if (kAddressSanitizer)
+        GTEST_SKIP() << "the address sanitizer's allocator does not fail under an address space limit";
+    auto outcome = run_in_child([] {
+        mox_polygon2_r32 polygon;
+        mox_polygon2_r32_construct(&polygon, nullptr);
+        uint32_t index = 0;
+        mox_polygon2_r32_create_cluster(&polygon, &index);
+        mox_polygon2_r32_cluster* block = polygon.clusters;
+        block[0].vertex_count = count_before_huge_block<mox_vector2_r32>();
+        limit_address_space();
+        ErrorListener listener;
+        mox_bool result = mox_polygon2_r32_create_vertex(&polygon, 0, &index);
+        std::printf("result=%d index=%d count=%u null=%d same=%d silent=%d\n", result,
+                    index == count_before_huge_block<mox_vector2_r32>(), block[0].vertex_count,
+                    block[0].vertices == nullptr, polygon.clusters == block, listener.silent());
+    });
+    EXPECT_NE(outcome.output.find("result=0 index=1 count=0 null=1 same=1 silent=1"), std::string::npos)
+        << outcome.output;
 }
