@@ -331,6 +331,99 @@ MOX_API mox_bool mox_vector4_r32_unproject(mox_vector4_r32* out, mox_vector4_r32
                                            mox_matrix_4x4_r32 m1, mox_matrix_4x4_r32 m2, float near,
                                            float far);
 
+/* ---- Collision tests ----------------------------------------------------------------------------- */
+
+/* Stand-alone tests between shapes given by their numbers; none posts and none allocates. A null
+   `out` is allowed and then only the truth value is computed. All four rectangle bounds are
+   inclusive. */
+MOX_API mox_bool mox_collision_rect2_i32_point2_i32(mox_rect2_i32 rect, int32_t x, int32_t y);
+/* A NaN in any compared number gives false. */
+MOX_API mox_bool mox_collision_rect2_r32_vector2_r32(float left, float top, float right, float bottom,
+                                                     float x, float y);
+/* Pairs the first points of the two lines and their second points in the determinant, while the point
+   written walks along the first line, on purpose: the results differ from the usual segment test. */
+MOX_API mox_bool mox_collision_line2_i32_line2_i32(mox_point2_i32* out, int32_t x1, int32_t y1, int32_t x2,
+                                                   int32_t y2, int32_t x3, int32_t y3, int32_t x4,
+                                                   int32_t y4);
+MOX_API mox_bool mox_collision_line2_r32_line2_r32(mox_vector2_r32* out, float x1, float y1, float x2,
+                                                   float y2, float x3, float y3, float x4, float y4);
+/* The direction is taken to be of unit length. From inside the sphere the point lies behind the
+   origin, on purpose. */
+MOX_API mox_bool mox_collision_ray3_r32_sphere3_r32(mox_vector3_r32* out, float ox, float oy, float oz,
+                                                    float dx, float dy, float dz, float cx, float cy,
+                                                    float cz, float r);
+/* The upper slab test of every axis compares with the origin's x, on purpose. */
+MOX_API mox_bool mox_collision_ray3_r32_bbox3_r32(mox_vector3_r32* out, float ox, float oy, float oz,
+                                                  float dx, float dy, float dz, float min_x, float min_y,
+                                                  float min_z, float max_x, float max_y, float max_z);
+/* Back faces and edge-on triangles never collide; a triangle behind the origin does. */
+MOX_API mox_bool mox_collision_ray3_r32_face3_r32(mox_vector3_r32* out, float ox, float oy, float oz,
+                                                  float dx, float dy, float dz, float ax, float ay, float az,
+                                                  float bx, float by, float bz, float cx, float cy, float cz);
+/* Moves the ends of the line onto sides of the rectangle where the line test reports a hit; `out`
+   (four numbers: x1, y1, x2, y2) is written only when at least one end moved. An end left of the
+   rectangle is tested against its right side and the reverse, on purpose. */
+MOX_API mox_bool mox_collision_rect4_i32_line2_i32(int32_t* out, mox_rect2_i32 rect, int32_t x1, int32_t y1,
+                                                   int32_t x2, int32_t y2);
+MOX_API mox_bool mox_collision_rect4_r32_line2_r32(float* out, float left, float top, float right,
+                                                   float bottom, float x1, float y1, float x2, float y2);
+
+/* ---- Polygon ---------------------------------------------------------------------------------------- */
+
+#define MOX_POLYGON2_R32_CLASS_ID 0xBD00330Du
+
+/* One closed outline: the last vertex joins the first. */
+typedef struct mox_polygon2_r32_cluster {
+    uint32_t vertex_count;
+    mox_vector2_r32* vertices; /* one heap block of vertex_count vectors; null when empty */
+    uint32_t reserved;
+} mox_polygon2_r32_cluster;
+
+/* A set of outlines. The blocks belong to the polygon; callers fill new vertices through `clusters`. */
+typedef struct mox_polygon2_r32 {
+    mox_object header;
+    uint32_t fill_mode;
+    uint32_t cluster_count;
+    mox_polygon2_r32_cluster* clusters; /* one heap block of cluster_count records; null when empty */
+} mox_polygon2_r32;
+
+MOX_API mox_bool mox_polygon2_r32_construct(mox_polygon2_r32* self, void* owner);
+MOX_API mox_bool mox_polygon2_r32_destruct(mox_polygon2_r32* self);
+MOX_API mox_bool mox_polygon2_r32_new(mox_polygon2_r32** out, void* owner);
+MOX_API mox_bool mox_polygon2_r32_free(mox_polygon2_r32** slot);
+/* A failed growth leaves cluster_count at 0, not at the old count. */
+MOX_API mox_bool mox_polygon2_r32_create_cluster(mox_polygon2_r32* self, uint32_t* index);
+/* A cluster number equal to cluster_count passes the check: callers give numbers in range. */
+MOX_API mox_bool mox_polygon2_r32_create_vertex(mox_polygon2_r32* self, uint32_t cluster, uint32_t* index);
+/* The vertices behind the dropped one move to the front of the block, overwriting what stood there:
+   only vertex 0 is a plain removal. The count must not be zero. */
+MOX_API mox_bool mox_polygon2_r32_drop_vertex(mox_polygon2_r32* self, uint32_t cluster, uint32_t vertex);
+/* Moves the records the same way as drop_vertex. */
+MOX_API mox_bool mox_polygon2_r32_drop_cluster(mox_polygon2_r32* self, uint32_t cluster);
+MOX_API mox_bool mox_polygon2_r32_clear(mox_polygon2_r32* self);
+/* Negative for a counter-clockwise outline with y upward. Neither argument is checked. */
+MOX_API float mox_polygon2_r32_area(mox_polygon2_r32* self, uint32_t cluster);
+/* The first cluster that holds the point by the even-odd rule wins; `cluster` receives its number.
+   Neither pointer is checked. */
+MOX_API mox_bool mox_polygon2_r32_in_vector2_r32(mox_polygon2_r32* self, float x, float y, uint32_t* cluster);
+
+/* ---- Random generators ---------------------------------------------------------------------------- */
+
+/* Process-wide state with fixed start values and no locking: a process that draws the same number of
+   values gets the same sequence. */
+MOX_API uint32_t mox_random_linear_init_u32(uint32_t seed);
+MOX_API uint32_t mox_random_linear_u32(void);
+MOX_API uint32_t mox_random_kiss_u32(void);
+/* Seeds the four state values of the multiply-with-carry generator; the carry stays as it was. */
+MOX_API uint32_t mox_random_mother_of_all_init_u32(uint32_t seed);
+MOX_API double mox_random_mother_of_all_r64(void);
+/* value modulo max; a max of 0 is not guarded. */
+MOX_API uint32_t mox_random_max_u32_i32(uint32_t value, uint32_t max);
+MOX_API float mox_random_max_u32_r32(uint32_t value, float max);
+/* Between 0 and high: `low` is not used. */
+MOX_API int32_t mox_random_range_u32_i32(uint32_t value, int32_t low, int32_t high);
+MOX_API float mox_random_range_u32_r32(uint32_t value, float low, float high);
+
 MOX_END_DECLS
 
 #endif

@@ -10,6 +10,14 @@
 
 namespace mox {
 
+// Truncation toward zero. Values the 32-bit integer cannot hold, and NaN, give the machine's
+// "integer indefinite" INT32_MIN instead of undefined behaviour.
+inline int32_t truncate_to_i32(double value) {
+    if (!(value > -2147483649.0 && value < 2147483648.0))
+        return INT32_MIN;
+    return static_cast<int32_t>(value);
+}
+
 template <typename Record, typename Lane = float> struct Lanes {
     static constexpr int count = static_cast<int>(sizeof(Record) / sizeof(Lane));
     static_assert(sizeof(Record) == count * sizeof(Lane), "a value record is made of lanes only");

@@ -89,22 +89,14 @@ template <typename Rect> mox_bool unite(Rect* out, const Rect& a, const Rect& b)
     return 0;
 }
 
-// Truncation toward zero. Values the 32-bit integer cannot hold, and NaN, give the machine's
-// "integer indefinite" INT32_MIN instead of undefined behaviour.
-int32_t truncate(double value) {
-    if (!(value > -2147483649.0 && value < 2147483648.0))
-        return INT32_MIN;
-    return static_cast<int32_t>(value);
-}
-
 // Per-number conversions between the forms.
-int32_t to_i32(float v) { return truncate(v); }
+int32_t to_i32(float v) { return truncate_to_i32(v); }
 int32_t fixed_to_i32(mox_f32 v) { return v >> 16; } // toward minus infinity
 float to_r32(int32_t v) { return static_cast<float>(v); }
 float fixed_to_r32(mox_f32 v) { return static_cast<float>(static_cast<double>(v) * 1.52587890625e-5); }
 // The high 16 bits fall off. Intended.
 mox_f32 to_f32(int32_t v) { return static_cast<mox_f32>(static_cast<uint32_t>(v) << 16); }
-mox_f32 to_f32(float v) { return truncate(static_cast<double>(v) * 65536.0); }
+mox_f32 to_f32(float v) { return truncate_to_i32(static_cast<double>(v) * 65536.0); }
 
 template <typename To, typename From, typename Convert>
 mox_bool convert(To* out, const From& r, Convert number) {
