@@ -168,3 +168,29 @@ int32_t WideCharToMultiByte(uint32_t code_page, uint32_t flags, const uint16_t* 
                             char* target, int32_t target_size, const char* default_char, bool* used_default);
 
 } // namespace mox::os
+
+// ---- Clock ---------------------------------------------------------------------------------------
+
+namespace mox::os {
+
+// A calendar moment in fields, in the Win32 order. `wDayOfWeek` runs from 0 for Sunday.
+struct SYSTEMTIME {
+    uint16_t wYear;
+    uint16_t wMonth;
+    uint16_t wDayOfWeek;
+    uint16_t wDay;
+    uint16_t wHour;
+    uint16_t wMinute;
+    uint16_t wSecond;
+    uint16_t wMilliseconds;
+};
+
+// The wall clock in the local time zone.
+void GetLocalTime(SYSTEMTIME* time);
+// Sets the wall clock from local fields; `wDayOfWeek` is ignored. False for fields that are no
+// moment (years outside 1601 to 30827 among them) or when the process may not set the clock.
+bool SetLocalTime(const SYSTEMTIME* time);
+// Milliseconds since the system started, wrapping at 32 bits.
+uint32_t GetTickCount();
+
+} // namespace mox::os
