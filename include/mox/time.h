@@ -1,4 +1,4 @@
-/* Calendar time. None of these entries posts: bad input gives 0, 0.0
+/* Calendar time and Julian Dates. None of these entries posts: bad input gives 0, 0.0
    or false. */
 #ifndef MOX_TIME_H
 #define MOX_TIME_H
@@ -58,6 +58,22 @@ MOX_API uint32_t mox_get_system_hour(void);
 MOX_API uint32_t mox_get_system_minute(void);
 MOX_API uint32_t mox_get_system_second(void);
 MOX_API uint32_t mox_get_system_milisecond(void);
+
+/* ---- Julian time -------------------------------------------------------------------------------- */
+
+/* Julian Dates, with the day starting at noon, over the proleptic Gregorian calendar. */
+
+MOX_API double mox_jtime_code_date(uint32_t year, uint32_t month, uint32_t day);
+/* (hour - 12) / 24 + minute / 1440 + second / 86400; a negative field counts as 2^32 more. */
+MOX_API double mox_jtime_code_time(int32_t hour, int32_t minute, int32_t second);
+/* Note the order: the day comes before the month here. */
+MOX_API double mox_jtime_code(uint32_t year, uint32_t day, uint32_t month, int32_t hour, int32_t minute,
+                              int32_t second);
+MOX_API void mox_jtime_decode_date(double date, uint32_t* year, uint32_t* month, uint32_t* day);
+/* Seconds truncate. */
+MOX_API void mox_jtime_decode_time(double date, uint32_t* hour, uint32_t* minute, uint32_t* second);
+MOX_API void mox_jtime_decode(double date, uint32_t* year, uint32_t* month, uint32_t* day, uint32_t* hour,
+                              uint32_t* minute, uint32_t* second);
 
 MOX_END_DECLS
 
