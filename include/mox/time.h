@@ -1,4 +1,4 @@
-/* Calendar time and Julian Dates. None of these entries posts: bad input gives 0, 0.0
+/* Calendar time, Julian Dates and moon phases. None of these entries posts: bad input gives 0, 0.0
    or false. */
 #ifndef MOX_TIME_H
 #define MOX_TIME_H
@@ -74,6 +74,21 @@ MOX_API void mox_jtime_decode_date(double date, uint32_t* year, uint32_t* month,
 MOX_API void mox_jtime_decode_time(double date, uint32_t* hour, uint32_t* minute, uint32_t* second);
 MOX_API void mox_jtime_decode(double date, uint32_t* year, uint32_t* month, uint32_t* day, uint32_t* hour,
                               uint32_t* minute, uint32_t* second);
+
+/* ---- Moon phases -------------------------------------------------------------------------------- */
+
+/* The eccentric anomaly in radians, for a mean anomaly in degrees. */
+MOX_API double mox_astro_kepler(double mean_anomaly, double eccentricity);
+/* The Julian Date of a phase (0 new, 0.25 first quarter, 0.5 full, 0.75 last quarter) of lunation
+   `k`. Any other phase gives the mean date and false. */
+MOX_API mox_bool mox_astro_moon_true_phase(double k, double phase, double* date);
+/* Writes 1 / step + 1 dates (step in the range above 0 up to 1): the new moon at or before
+   `date` - 0.5, the phases a step apart, and the next new moon. False, with nothing written, for a
+   null array, a step outside that range or a date that is no finite number. */
+MOX_API mox_bool mox_astro_moon_phase_hunt(double date, double step, double* dates);
+MOX_API void mox_astro_moon_phase(double date, double* illuminated, double* age, double* moon_distance,
+                                  double* moon_angular_diameter, double* sun_distance,
+                                  double* sun_angular_diameter);
 
 MOX_END_DECLS
 
