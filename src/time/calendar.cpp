@@ -200,14 +200,21 @@ mox_bool to_string(mox_time time, mox_astring* out, const char* templ) {
         return 0;
     const Fields f = decode(time);
     // The template's length plus 64 is all the room there is; the buffer keeps that size.
-    if (!mox_astring_set_length(out, mox_astring_length(templ) + 64))
+    const uint32_t room = mox_astring_length(templ) + 64;
+    if (!mox_astring_set_length(out, room))
         return 0;
     mox_astring digits = nullptr;
-    char* put = *out;
+    char* const start = *out;
+    uint32_t used = 0;
+    // Our decision: what doesn't fit in that room is dropped instead of written past the block.
+    auto put = [start, room, &used](char c) {
+        if (used < room)
+            start[used++] = c;
+    };
     const char* at = templ;
     while (*at != 0) {
         if (*at != '$') {
-            *put++ = *at++;
+            put(*at++);
             continue;
         }
         ++at;
@@ -216,15 +223,15 @@ mox_bool to_string(mox_time time, mox_astring* out, const char* templ) {
             break;
         const Placeholder p = placeholder_at(at);
         if (p.field == Field::none) {
-            *put++ = *at++; // "$$" writes "$", "$x" writes "x"
+            put(*at++); // "$$" writes "$", "$x" writes "x"
             continue;
         }
         at += p.letters;
         if (p.field == Field::meridiem) {
             // Intended: only hours above 12 are "PM", so noon is "AM".
             const char* mark = f.hour > 12 ? "PM" : "AM";
-            *put++ = mark[0];
-            *put++ = mark[1];
+            put(mark[0]);
+            put(mark[1]);
             continue;
         }
         // Our decision: if the digits can't be made for want of memory, the whole call fails.
@@ -233,9 +240,9 @@ mox_bool to_string(mox_time time, mox_astring* out, const char* templ) {
             return 0;
         }
         for (const char* d = digits; *d != 0; ++d)
-            *put++ = *d;
+            put(*d);
     }
-    *put = 0;
+    start[used] = 0;
     mox_astring_destruct(&digits);
     return 1;
 }

@@ -442,6 +442,18 @@ TEST(Calendar, ToStringLeavesTheBufferAtTemplatePlus64) {
     mox_astring_destruct(&out);
 }
 
+TEST(Calendar, ToStringStopsAtTheEndOfItsRoom) {
+    // Forty "$y" make 80 characters of template and 160 of output, but the room is 80 + 64; our
+    // decision is that the rest is dropped.
+    std::string templ;
+    for (int i = 0; i < 40; ++i)
+        templ += "$y";
+    std::string expected;
+    for (int i = 0; i < 36; ++i)
+        expected += "2000";
+    EXPECT_EQ(format(36526.0, templ.c_str()), expected);
+}
+
 TEST(Calendar, ToStringRefusals) {
     mox_test::ErrorListener listener;
     EXPECT_FALSE(mox_time_to_string(36526.0, nullptr, "$y"));
