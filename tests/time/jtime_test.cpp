@@ -108,6 +108,16 @@ TEST(JulianTime, DecodeKnownInstants) {
     EXPECT_TRUE(listener.silent());
 }
 
+TEST(JulianTime, DecodeOfTheFirstJulianDayKeepsTheLow32BitsOfTheYear) {
+    // Our decision: a negative field is stored as the low 32 bits of its integer, which is also how
+    // mox_jtime_code_date reads a year before 1.
+    uint32_t y = 0, m = 0, d = 0;
+    mox_jtime_decode_date(0.0, &y, &m, &d);
+    EXPECT_EQ(y, static_cast<uint32_t>(-4713));
+    EXPECT_EQ(m, 11u);
+    EXPECT_EQ(d, 24u);
+}
+
 TEST(JulianTime, DecodeTimeTruncatesSeconds) {
     uint32_t h = 0, n = 0, s = 0;
     // 1.5 s after noon, exact enough that truncation, not rounding, decides.
