@@ -8,6 +8,7 @@
 #include <mox/strings.h>
 #include <mox/files.h>
 #include <mox/math.h>
+#include <mox/time.h>
 #include <mox/image.h>
 #include <mox/scene.h>
 #include <mox/window.h>

@@ -218,3 +218,29 @@ uint32_t GetLongPathNameA(const char* source, char* target, uint32_t size);
 uint32_t GetTempFileNameA(const char* folder, const char* prefix, uint32_t unique, char* buffer);
 
 } // namespace mox::os
+
+// ---- Clock ---------------------------------------------------------------------------------------
+
+namespace mox::os {
+
+// A calendar moment in fields, in the Win32 order. `wDayOfWeek` runs from 0 for Sunday.
+struct SYSTEMTIME {
+    uint16_t wYear;
+    uint16_t wMonth;
+    uint16_t wDayOfWeek;
+    uint16_t wDay;
+    uint16_t wHour;
+    uint16_t wMinute;
+    uint16_t wSecond;
+    uint16_t wMilliseconds;
+};
+
+// The wall clock in the local time zone.
+void GetLocalTime(SYSTEMTIME* time);
+// Sets the wall clock from local fields; `wDayOfWeek` is ignored. False for fields that are no
+// moment (years outside 1601 to 30827 among them) or when the process may not set the clock.
+bool SetLocalTime(const SYSTEMTIME* time);
+// Milliseconds since the system started, wrapping at 32 bits.
+uint32_t GetTickCount();
+
+} // namespace mox::os
