@@ -7,6 +7,7 @@
 #include <cstddef>
 
 #include "core/instance.h"
+#include "files/file_words.h"
 
 namespace mox {
 
@@ -112,19 +113,6 @@ uint32_t calculate(const mox_crc* self, const uint8_t* data, size_t size) {
     return crc ^ self->final_xor;
 }
 
-void put_u32(uint8_t* out, uint32_t value) {
-    for (int i = 0; i < 4; ++i)
-        out[i] = static_cast<uint8_t>(value >> (8 * i));
-}
-
-// A short read leaves the field as it was; the result of the read is not otherwise looked at.
-void read_u32(mox_file* file, uint32_t* field) {
-    uint8_t bytes[4];
-    if (mox_file_read(file, bytes, 4) == 4)
-        *field = static_cast<uint32_t>(bytes[0]) | (static_cast<uint32_t>(bytes[1]) << 8) |
-                 (static_cast<uint32_t>(bytes[2]) << 16) | (static_cast<uint32_t>(bytes[3]) << 24);
-}
-
 bool release_table(mox_crc* self) {
     if (self->table == nullptr)
         return true;
@@ -219,11 +207,11 @@ MOX_API mox_bool mox_crc_save_to_file(mox_crc* self, mox_file* file) {
     if (self == nullptr || file == nullptr)
         return 0;
     uint8_t bytes[mox::kFileBytes];
-    mox::put_u32(bytes + 0, self->width);
-    mox::put_u32(bytes + 4, self->polynomial);
-    mox::put_u32(bytes + 8, self->init);
+    mox::put_u32_le(bytes + 0, self->width);
+    mox::put_u32_le(bytes + 4, self->polynomial);
+    mox::put_u32_le(bytes + 8, self->init);
     bytes[12] = self->reflect;
-    mox::put_u32(bytes + 13, self->final_xor);
+    mox::put_u32_le(bytes + 13, self->final_xor);
     mox_file_write(file, bytes, mox::kFileBytes);
     return 1;
 }
@@ -231,12 +219,12 @@ MOX_API mox_bool mox_crc_save_to_file(mox_crc* self, mox_file* file) {
 MOX_API mox_bool mox_crc_load_from_stream(mox_crc* self, mox_file* file) {
     if (self == nullptr || file == nullptr)
         return 0;
-    mox::read_u32(file, &self->width);
-    mox::read_u32(file, &self->polynomial);
-    mox::read_u32(file, &self->init);
+    mox::read_u32_le(file, &self->width);
+    mox::read_u32_le(file, &self->polynomial);
+    mox::read_u32_le(file, &self->init);
     uint8_t reflect;
     if (mox_file_read(file, &reflect, 1) == 1)
         self->reflect = reflect;
-    mox::read_u32(file, &self->final_xor);
+    mox::read_u32_le(file, &self->final_xor);
     return 1;
 }

@@ -8,36 +8,11 @@
 
 #include "core/instance.h"
 #include "core/words.h"
+#include "files/file_words.h"
 
 namespace mox {
 
 namespace {
-
-// Persisted fields are little-endian whatever the machine.
-void put_u32(uint8_t* out, uint32_t value) {
-    out[0] = static_cast<uint8_t>(value);
-    out[1] = static_cast<uint8_t>(value >> 8);
-    out[2] = static_cast<uint8_t>(value >> 16);
-    out[3] = static_cast<uint8_t>(value >> 24);
-}
-
-uint32_t get_u32(const uint8_t* in) {
-    return static_cast<uint32_t>(in[0]) | (static_cast<uint32_t>(in[1]) << 8) |
-           (static_cast<uint32_t>(in[2]) << 16) | (static_cast<uint32_t>(in[3]) << 24);
-}
-
-void write_u32(mox_file* file, uint32_t value) {
-    uint8_t bytes[4];
-    put_u32(bytes, value);
-    mox_file_write(file, bytes, 4);
-}
-
-// A short read leaves the field as it was.
-void read_u32(mox_file* file, uint32_t* field) {
-    uint8_t bytes[4];
-    if (mox_file_read(file, bytes, 4) == 4)
-        *field = get_u32(bytes);
-}
 
 void** slot_of(uint8_t** data) { return reinterpret_cast<void**>(data); }
 
@@ -74,8 +49,8 @@ template <typename Buffer> mox_bool buffer_free(Buffer** slot) {
 template <typename Buffer> mox_bool buffer_save(Buffer* self, mox_file* file) {
     if (self == nullptr || file == nullptr)
         return fail_params();
-    write_u32(file, self->size);
-    write_u32(file, self->position);
+    write_u32_le(file, self->size);
+    write_u32_le(file, self->position);
     // Results of single transfers aren't looked at; an empty buffer hands the file a null block.
     mox_file_write(file, self->data, self->size);
     return 1;
@@ -234,8 +209,8 @@ MOX_API mox_bool mox_array_load_from_file(mox_array* self, mox_file* file) {
     if (self == nullptr || file == nullptr)
         return fail_params();
     uint32_t block = self->data != nullptr ? self->size : 0;
-    mox::read_u32(file, &self->size);
-    mox::read_u32(file, &self->position);
+    mox::read_u32_le(file, &self->size);
+    mox::read_u32_le(file, &self->position);
     mox_array_resize(self, self->size);
     mox_file_read(file, self->data, self->size < block ? self->size : block);
     return 1;
@@ -339,8 +314,8 @@ MOX_API mox_bool mox_stack_save_to_file(mox_stack* self, mox_file* file) {
 MOX_API mox_bool mox_stack_load_from_file(mox_stack* self, mox_file* file) {
     if (self == nullptr || file == nullptr)
         return fail_params();
-    mox::read_u32(file, &self->size);
-    mox::read_u32(file, &self->position);
+    mox::read_u32_le(file, &self->size);
+    mox::read_u32_le(file, &self->position);
     if (!mox_stack_resize(self, self->size))
         return 0;
     mox_file_read(file, self->data, self->size);
@@ -466,11 +441,11 @@ MOX_API mox_bool mox_fifo_copy(mox_fifo* self, void* data, uint32_t size) {
 MOX_API mox_bool mox_fifo_save_to_file(mox_fifo* self, mox_file* file) {
     if (self == nullptr || file == nullptr)
         return 0;
-    mox::write_u32(file, self->size);
-    mox::write_u32(file, self->count);
-    mox::write_u32(file, self->read_position);
-    mox::write_u32(file, self->write_position);
-    mox::write_u32(file, self->limit);
+    mox::write_u32_le(file, self->size);
+    mox::write_u32_le(file, self->count);
+    mox::write_u32_le(file, self->read_position);
+    mox::write_u32_le(file, self->write_position);
+    mox::write_u32_le(file, self->limit);
     mox_file_write(file, self->data, self->size);
     return 1;
 }
@@ -480,11 +455,11 @@ MOX_API mox_bool mox_fifo_load_from_file(mox_fifo* self, mox_file* file) {
     if (self == nullptr || file == nullptr)
         return 0;
     uint32_t block = self->data != nullptr ? self->size : 0;
-    mox::read_u32(file, &self->size);
-    mox::read_u32(file, &self->count);
-    mox::read_u32(file, &self->read_position);
-    mox::read_u32(file, &self->write_position);
-    mox::read_u32(file, &self->limit);
+    mox::read_u32_le(file, &self->size);
+    mox::read_u32_le(file, &self->count);
+    mox::read_u32_le(file, &self->read_position);
+    mox::read_u32_le(file, &self->write_position);
+    mox::read_u32_le(file, &self->limit);
     mox_file_read(file, self->data, self->size < block ? self->size : block);
     return 1;
 }

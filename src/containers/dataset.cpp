@@ -5,7 +5,7 @@
 #include <mox/files.h>
 #include <mox/strings.h>
 
-#include "containers/file_words.h"
+#include "files/file_words.h"
 #include "containers/free_instance.h"
 #include "containers/variant.h"
 #include "core/instance.h"

@@ -7,7 +7,7 @@
 
 #include <cstring>
 
-#include "containers/file_words.h"
+#include "files/file_words.h"
 #include "containers/free_instance.h"
 #include "containers/variant.h"
 #include "core/instance.h"

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "files/file_words.h"
+
 namespace mox {
 
 // Truncation toward zero. Values the 32-bit integer cannot hold, and NaN, give the machine's
@@ -131,8 +133,8 @@ template <typename Record> mox_bool save_words(const Record* self, mox_file* fil
         return 0;
     Lanes<Record, uint32_t> words = lanes_of<uint32_t>(*self);
     for (int i = 0; i < words.count; ++i) {
-        uint8_t bytes[4] = {static_cast<uint8_t>(words[i]), static_cast<uint8_t>(words[i] >> 8),
-                            static_cast<uint8_t>(words[i] >> 16), static_cast<uint8_t>(words[i] >> 24)};
+        uint8_t bytes[4];
+        put_u32_le(bytes, words[i]);
         mox_file_write(file, bytes, 4);
     }
     return 1;
@@ -145,11 +147,10 @@ template <typename Record> mox_bool load_words(Record* self, mox_file* file) {
         return 0;
     Lanes<Record, uint32_t> words = lanes_of<uint32_t>(*self);
     for (int i = 0; i < words.count; ++i) {
-        uint8_t bytes[4] = {static_cast<uint8_t>(words[i]), static_cast<uint8_t>(words[i] >> 8),
-                            static_cast<uint8_t>(words[i] >> 16), static_cast<uint8_t>(words[i] >> 24)};
+        uint8_t bytes[4];
+        put_u32_le(bytes, words[i]);
         mox_file_read(file, bytes, 4);
-        words[i] = static_cast<uint32_t>(bytes[0]) | (static_cast<uint32_t>(bytes[1]) << 8) |
-                   (static_cast<uint32_t>(bytes[2]) << 16) | (static_cast<uint32_t>(bytes[3]) << 24);
+        words[i] = get_u32_le(bytes);
     }
     *self = record_of(words);
     return 1;

@@ -5,6 +5,7 @@
 
 #include <mox/files.h>
 
+#include "files/file_words.h"
 #include "strings/string_core.h"
 
 #include <cmath>
@@ -493,8 +494,8 @@ template <class Char> struct Convert {
         if (file == nullptr)
             return 0;
         uint32_t count = C::length(text);
-        uint8_t header[4] = {static_cast<uint8_t>(count), static_cast<uint8_t>(count >> 8),
-                             static_cast<uint8_t>(count >> 16), static_cast<uint8_t>(count >> 24)};
+        uint8_t header[4];
+        put_u32_le(header, count);
         mox_file_write(file, header, 4);
         // Where memory already holds the file order the units go out in one write.
         if (sizeof(Char) == 1 || __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__) {
@@ -526,8 +527,7 @@ template <class Char> struct Convert {
             return 0;
         uint8_t header[4] = {0, 0, 0, 0};
         mox_file_read(file, header, 4);
-        uint32_t count =
-            header[0] | (header[1] << 8) | (header[2] << 16) | (static_cast<uint32_t>(header[3]) << 24);
+        uint32_t count = get_u32_le(header);
         // Intended: the answer is true whatever happens once both arguments are there. A count too
         // large for any block leaves the slot alone; a failed resize leaves it as the resize did.
         if ((static_cast<uint64_t>(count) + 1) * sizeof(Char) > UINT32_MAX)
