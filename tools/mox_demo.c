@@ -28,6 +28,15 @@ int main(void) {
     uint8_t* block = NULL;
     char pattern[16];
     uint32_t i;
+    mox_astring text = NULL;
+    mox_astring number = NULL;
+    mox_file file;
+    uint32_t size = 0;
+    char back[32];
+    uint8_t digest[16];
+    mox_crc crc;
+    mox_vector3_r32 x_axis = {1.0f, 0.0f, 0.0f}, y_axis = {0.0f, 1.0f, 0.0f}, z_axis;
+    mox_time day;
 
     printf("mox demonstration\n\n");
 
@@ -80,5 +89,55 @@ int main(void) {
     printf("  mox_swap_bit16(0x11223344) = 0x%08x\n", mox_swap_bit16(0x11223344u));
     printf("  mox_swap_bit32(0x1122334455667788) = 0x%016llx\n",
            (unsigned long long)mox_swap_bit32(0x1122334455667788ull));
+
+    printf("\nstrings:\n");
+    mox_astring_from_i32(&number, 2024, 10, 0);
+    mox_astring_concate_2(&text, "year ", number);
+    printf("  concatenated: \"%s\"\n", text);
+    mox_astring_case_upper(&text, "upper case");
+    printf("  upper case: \"%s\"\n", text);
+    mox_astring_from_i32(&number, -123, 10, 6);
+    printf("  -123 in six places: \"%s\" (the sign takes the last place)\n", number);
+
+    printf("\nfiles:\n");
+    mox_file_construct(&file, NULL);
+    if (mox_file_create(&file, "mox-demo.bin", MOX_FILE_READ | MOX_FILE_WRITE, 0)) {
+        printf("  wrote %u bytes\n", mox_file_write(&file, "hello, file", 11));
+        mox_file_get_size_u32(&file, &size);
+        mox_file_set_pointer_u32(&file, 0);
+        memset(back, 0, sizeof back);
+        printf("  size %u, read back %u bytes: \"%s\"\n", size, mox_file_read(&file, back, 11), back);
+        mox_file_close(&file);
+        mox_delete_file("mox-demo.bin");
+    } else {
+        printf("  could not create mox-demo.bin in the current folder\n");
+    }
+    mox_file_destruct(&file);
+
+    printf("\nchecksums:\n");
+    mox_md5_call("abc", 3, digest);
+    printf("  MD5 of \"abc\": ");
+    for (i = 0; i < 16; ++i)
+        printf("%02x", digest[i]);
+    printf("\n");
+    mox_crc_construct(&crc, NULL);
+    mox_crc_preset(&crc, 300);
+    mox_crc_make(&crc);
+    printf("  CRC preset 300 of \"123456789\": 0x%08x\n",
+           (uint32_t)mox_crc_calc(&crc, (const uint8_t*)"123456789", 9));
+    mox_crc_destruct(&crc);
+
+    printf("\nmathematics:\n");
+    mox_vector3_r32_cross(&z_axis, x_axis, y_axis);
+    printf("  x cross y = (%g, %g, %g)\n", z_axis.x, z_axis.y, z_axis.z);
+
+    printf("\ntime:\n");
+    day = mox_time_code(2000, 1, 1, 0, 0, 0, 0);
+    mox_time_to_string(day, &text, "$y-$m-$d");
+    printf("  1 January 2000 is day %g, written %s\n", day, text);
+    printf("  its noon is Julian Date %.1f\n", mox_jtime_code(2000, 1, 1, 12, 0, 0));
+
+    mox_memory_free((void**)&text);
+    mox_memory_free((void**)&number);
     return 0;
 }
