@@ -2,6 +2,7 @@
 // the access a handle was granted is known to every call, and a closed handle is recognised as such
 // instead of reaching a descriptor that has been reused meanwhile.
 #include "platform/os.h"
+#include "platform/posix/path.h"
 
 #include <cerrno>
 #include <climits>
@@ -150,16 +151,6 @@ bool claim_share(int fd, uint32_t access, uint32_t share) {
         return false;
     if (denies_write && marker_held_by_others(fd, kMarkerWriting))
         return false;
-    return true;
-}
-
-// The library's separator is the backslash; the system's is the slash.
-bool system_path(const char* name, char* out, size_t capacity) {
-    size_t length = std::strlen(name);
-    if (length == 0 || length >= capacity)
-        return false;
-    for (size_t i = 0; i <= length; ++i)
-        out[i] = name[i] == '\\' ? '/' : name[i];
     return true;
 }
 

@@ -1,6 +1,7 @@
 // Folders over mkdir, rmdir, unlink, opendir and chdir. Names given to these calls are in the
 // library's form, with the backslash as separator; names the system gives back are left as they are.
 #include "platform/os.h"
+#include "platform/posix/path.h"
 
 #include <cerrno>
 #include <climits>
@@ -16,18 +17,6 @@
 namespace mox::os {
 
 namespace {
-
-// The library's separator is the backslash; the system's is the slash.
-bool system_path(const char* name, char* out, size_t capacity) {
-    if (name == nullptr)
-        return false;
-    size_t length = std::strlen(name);
-    if (length == 0 || length >= capacity)
-        return false;
-    for (size_t i = 0; i <= length; ++i)
-        out[i] = name[i] == '\\' ? '/' : name[i];
-    return true;
-}
 
 // The count rule of the system's string answers: the length written, or the size needed with the
 // terminator when the buffer is too small.
