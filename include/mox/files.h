@@ -155,8 +155,13 @@ MOX_API mox_bool mox_son_tag_prev(mox_son_tag* self, mox_son_tag** out);
 /* The first child whose name equals `name`, ignoring case; children only, no deeper. */
 MOX_API mox_bool mox_son_tag_find_child(mox_son_tag* self, const char* name, mox_son_tag** out);
 
+/* ---- XML document ------------------------------------------------------------------------------ */
+
 /* This build writes XML but does not read it: always false, silently. */
 MOX_API mox_bool mox_xml_load_from_file(void* self, ...);
+
+/* ---- Archive container ------------------------------------------------------------------------- */
+
 
 MOX_END_DECLS
 
