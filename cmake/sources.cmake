@@ -8,7 +8,12 @@ foreach(subsystem ${MOX_SUBSYSTEMS})
     list(APPEND MOX_SOURCES ${units})
 endforeach()
 
-file(GLOB MOX_PLATFORM_SOURCES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/platform/posix/*.cpp)
+if(WIN32)
+    set(MOX_PLATFORM win32)
+else()
+    set(MOX_PLATFORM posix)
+endif()
+file(GLOB MOX_PLATFORM_SOURCES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/platform/${MOX_PLATFORM}/*.cpp)
 list(APPEND MOX_SOURCES ${MOX_PLATFORM_SOURCES})
 
 # System libraries the platform backend needs.

@@ -3,6 +3,14 @@
 #include <mox/core.h>
 
 #include "core/instance.h"
+#include <cstddef>
+
+// On a 32-bit target the records have the library's defined layout.
+#if UINTPTR_MAX == 0xFFFFFFFFu
+static_assert(sizeof(mox_error) == 32 && offsetof(mox_error, prev) == 16 &&
+              offsetof(mox_error, on_hint) == 20 && offsetof(mox_error, on_warning) == 24 &&
+              offsetof(mox_error, on_fatal) == 28);
+#endif
 
 namespace {
 

@@ -5,6 +5,13 @@
 #include "core/instance.h"
 #include "core/words.h"
 #include "platform/os.h"
+#include <cstddef>
+
+// On a 32-bit target the records have the library's defined layout.
+#if UINTPTR_MAX == 0xFFFFFFFFu
+static_assert(sizeof(mox_exception) == 28 && offsetof(mox_exception, prev_filter) == 16 &&
+              offsetof(mox_exception, prev) == 20 && offsetof(mox_exception, on_exception) == 24);
+#endif
 
 namespace {
 

@@ -2,6 +2,13 @@
 #include <mox/core.h>
 
 #include "core/stub.h"
+#include <cstddef>
+
+// On a 32-bit target the records have the library's defined layout.
+#if UINTPTR_MAX == 0xFFFFFFFFu
+static_assert(sizeof(mox_object) == 16 && offsetof(mox_object, class_id) == 4 &&
+              offsetof(mox_object, flags) == 8 && offsetof(mox_object, user) == 12);
+#endif
 
 extern "C" {
 

@@ -5,6 +5,13 @@
 #include "core/instance.h"
 #include "core/words.h"
 #include "platform/os.h"
+#include <cstddef>
+
+// On a 32-bit target the records have the library's defined layout.
+#if UINTPTR_MAX == 0xFFFFFFFFu
+static_assert(sizeof(mox_file_map) == 28 && offsetof(mox_file_map, handle) == 16 &&
+              offsetof(mox_file_map, mode) == 20 && offsetof(mox_file_map, view) == 24);
+#endif
 
 namespace mox {
 

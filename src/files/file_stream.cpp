@@ -6,6 +6,14 @@
 #include <cstring>
 
 #include "core/instance.h"
+#include <cstddef>
+
+// On a 32-bit target the records have the library's defined layout.
+#if UINTPTR_MAX == 0xFFFFFFFFu
+static_assert(sizeof(mox_file_stream) == 36 && offsetof(mox_file_stream, file) == 16 &&
+              offsetof(mox_file_stream, cache_size) == 20 && offsetof(mox_file_stream, cache_filled) == 28 &&
+              offsetof(mox_file_stream, cache) == 32);
+#endif
 
 namespace mox {
 
