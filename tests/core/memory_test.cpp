@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <sys/resource.h>
 #include <vector>
 
 #include "support/child.h"
@@ -17,20 +16,6 @@ namespace {
 const std::vector<std::string> kParams{"core.params"};
 
 void** slot_of(uint8_t** pointer) { return reinterpret_cast<void**>(pointer); }
-
-// Keeps the address space of a child small, so that a large request fails.
-void limit_address_space() {
-    rlimit limit{};
-    getrlimit(RLIMIT_AS, &limit);
-    limit.rlim_cur = rlim_t(1) << 30;
-    setrlimit(RLIMIT_AS, &limit);
-}
-
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool kAddressSanitizer = true;
-#else
-constexpr bool kAddressSanitizer = false;
-#endif
 
 } // namespace
 
@@ -58,10 +43,10 @@ TEST(Memory, NewIntoANullSlotPosts) {
 }
 
 TEST(Memory, AFailedNewIsSilentAndStoresNull) {
-    if (kAddressSanitizer)
-        GTEST_SKIP() << "the address sanitizer's allocator does not fail under an address space limit";
+    if (const char* reason = mox_test::why_allocations_cannot_be_made_to_fail())
+        GTEST_SKIP() << reason;
     auto outcome = run_in_child([] {
-        limit_address_space();
+        mox_test::limit_address_space();
         ErrorListener listener;
         uint8_t* block = reinterpret_cast<uint8_t*>(0x1);
         mox_bool result = mox_memory_new(slot_of(&block), 0xFFFFFFF0u);
@@ -135,12 +120,12 @@ TEST(Memory, ResizeOfANullSlotPosts) {
 }
 
 TEST(Memory, AFailedResizeLosesTheBlockAndIsStillTrue) {
-    if (kAddressSanitizer)
-        GTEST_SKIP() << "the address sanitizer's allocator does not fail under an address space limit";
+    if (const char* reason = mox_test::why_allocations_cannot_be_made_to_fail())
+        GTEST_SKIP() << reason;
     auto outcome = run_in_child([] {
         uint8_t* block = nullptr;
         mox_memory_new(slot_of(&block), 16);
-        limit_address_space();
+        mox_test::limit_address_space();
         ErrorListener listener;
         mox_bool result = mox_memory_resize(slot_of(&block), 0xFFFFFFF0u);
         std::printf("result=%d null=%d silent=%d\n", result, block == nullptr, listener.silent());

@@ -7,7 +7,9 @@
 #include <filesystem>
 #include <string>
 #include <sys/stat.h>
+#if !defined(_WIN32)
 #include <unistd.h>
+#endif
 #include <vector>
 
 #include "support/error_listener.h"
@@ -315,8 +317,12 @@ TEST_F(FileSystemTest, DeleteFolderRecursiveRemovesLinksWithoutFollowingThem) {
 }
 
 TEST_F(FileSystemTest, DeleteFolderRecursiveStopsAtTheFirstFailureAndKeepsWhatIsLeft) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "Windows lets entries be removed from a folder whose read-only attribute is set";
+#else
     if (geteuid() == 0)
         GTEST_SKIP() << "root may remove entries from a folder without write permission";
+#endif
     fs::create_directories("x/locked");
     write_text("x/locked/f", "1");
     chmod("x/locked", 0555);

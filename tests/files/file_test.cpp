@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <sys/stat.h>
 #include <vector>
@@ -149,7 +150,7 @@ TEST_F(FileTest, OpenStoresModeAndResetsPosition) {
 }
 
 TEST_F(FileTest, BackslashesAreFolderSeparators) {
-    ASSERT_EQ(mkdir(folder.file("sub").c_str(), 0700), 0);
+    ASSERT_TRUE(std::filesystem::create_directory(folder.file("sub")));
     write_text(folder.file("sub/inner.txt"), "xyz");
     std::string name = folder.library_path("sub") + "\\inner.txt";
     ASSERT_EQ(mox_file_open(&file, name.c_str(), MOX_FILE_READ), 1);
@@ -159,7 +160,7 @@ TEST_F(FileTest, BackslashesAreFolderSeparators) {
 }
 
 TEST_F(FileTest, AFolderIsNotAFile) {
-    ASSERT_EQ(mkdir(folder.file("sub").c_str(), 0700), 0);
+    ASSERT_TRUE(std::filesystem::create_directory(folder.file("sub")));
     EXPECT_EQ(mox_file_open(&file, folder.library_path("sub").c_str(), MOX_FILE_READ), 0);
 }
 

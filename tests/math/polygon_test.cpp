@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -42,20 +40,6 @@ void expect_vertices(const mox_polygon2_r32_cluster& cluster, const std::vector<
         EXPECT_EQ(cluster.vertices[i].y, points[i].y) << i;
     }
 }
-
-// Under this limit a request for nearly 4 GiB fails.
-void limit_address_space() {
-    rlimit limit{};
-    getrlimit(RLIMIT_AS, &limit);
-    limit.rlim_cur = rlim_t(1) << 30;
-    setrlimit(RLIMIT_AS, &limit);
-}
-
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool kAddressSanitizer = true;
-#else
-constexpr bool kAddressSanitizer = false;
-#endif
 
 // A count whose growth by one asks for 0xFFFFFFF0 bytes of records of this size.
 template <typename Item> constexpr uint32_t count_before_huge_block() {
@@ -334,13 +318,13 @@ TEST_F(Polygon, SmallClustersHoldNothing) {
 }
 
 TEST(PolygonFailure, AFailedClusterGrowthLeavesTheCountAtZero) {
-    if (kAddressSanitizer)
-        GTEST_SKIP() << "the address sanitizer's allocator does not fail under an address space limit";
+    if (const char* reason = mox_test::why_allocations_cannot_be_made_to_fail())
+        GTEST_SKIP() << reason;
     auto outcome = run_in_child([] {
         mox_polygon2_r32 polygon;
         mox_polygon2_r32_construct(&polygon, nullptr);
         polygon.cluster_count = count_before_huge_block<mox_polygon2_r32_cluster>();
-        limit_address_space();
+        mox_test::limit_address_space();
         ErrorListener listener;
         uint32_t index = 0;
         mox_bool result = mox_polygon2_r32_create_cluster(&polygon, &index);
@@ -354,8 +338,8 @@ TEST(PolygonFailure, AFailedClusterGrowthLeavesTheCountAtZero) {
 }
 
 TEST(PolygonFailure, AFailedVertexGrowthLeavesTheCountAtZero) {
-    if (kAddressSanitizer)
-        GTEST_SKIP() << "the address sanitizer's allocator does not fail under an address space limit";
+    if (const char* reason = mox_test::why_allocations_cannot_be_made_to_fail())
+        GTEST_SKIP() << reason;
     auto outcome = run_in_child([] {
         mox_polygon2_r32 polygon;
         mox_polygon2_r32_construct(&polygon, nullptr);
@@ -363,7 +347,7 @@ TEST(PolygonFailure, AFailedVertexGrowthLeavesTheCountAtZero) {
         mox_polygon2_r32_create_cluster(&polygon, &index);
         mox_polygon2_r32_cluster* block = polygon.clusters;
         block[0].vertex_count = count_before_huge_block<mox_vector2_r32>();
-        limit_address_space();
+        mox_test::limit_address_space();
         ErrorListener listener;
         mox_bool result = mox_polygon2_r32_create_vertex(&polygon, 0, &index);
         std::printf("result=%d index=%d count=%u null=%d same=%d silent=%d\n", result,

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -69,6 +70,21 @@ ChildOutcome run_in_child(const std::function<void()>& body, int deadline_ms) {
         }
     }
     return outcome;
+}
+
+const char* why_allocations_cannot_be_made_to_fail() {
+#if defined(__SANITIZE_ADDRESS__)
+    return "the address sanitizer's allocator does not fail under an address space limit";
+#else
+    return nullptr;
+#endif
+}
+
+void limit_address_space() {
+    rlimit limit{};
+    getrlimit(RLIMIT_AS, &limit);
+    limit.rlim_cur = rlim_t(1) << 30;
+    setrlimit(RLIMIT_AS, &limit);
 }
 
 } // namespace mox_test

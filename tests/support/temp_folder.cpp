@@ -5,14 +5,36 @@
 #include <fstream>
 #include <iterator>
 
+#if defined(_WIN32)
+#include <windows.h>
+#endif
+
 namespace mox_test {
 
+#if defined(_WIN32)
+TempFolder::TempFolder() {
+    // The system's temporary folder, and a name that no other test program has taken.
+    static unsigned serial = 0;
+    const std::filesystem::path base = std::filesystem::temp_directory_path();
+    const std::string process = std::to_string(GetCurrentProcessId());
+    for (int attempt = 0; attempt < 1000; ++attempt) {
+        std::filesystem::path candidate = base / ("mox-test-" + process + "-" + std::to_string(serial++));
+        std::error_code error;
+        if (std::filesystem::create_directory(candidate, error)) {
+            path_ = candidate.string();
+            return;
+        }
+    }
+    std::abort();
+}
+#else
 TempFolder::TempFolder() {
     char pattern[] = "/tmp/mox-test-XXXXXX";
     if (mkdtemp(pattern) == nullptr)
         std::abort();
     path_ = pattern;
 }
+#endif
 
 TempFolder::~TempFolder() {
     std::error_code ignored;
