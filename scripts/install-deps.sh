@@ -11,6 +11,7 @@ packages=(
     ninja-build    # the build tool the presets use
     libgtest-dev   # GoogleTest, for the test suite
     binutils       # nm and readelf, for the exported-symbol test
+    libxml2-utils  # xmllint, which checks that written XML documents parse
 )
 
 # The benchmarks compare the library with the distribution's own implementations of the same work;

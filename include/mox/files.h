@@ -157,11 +157,73 @@ MOX_API mox_bool mox_son_tag_find_child(mox_son_tag* self, const char* name, mox
 
 /* ---- XML document ------------------------------------------------------------------------------ */
 
+#define MOX_XML_PROP_CLASS_ID 0x81FBE762u
+#define MOX_XML_TAG_CLASS_ID 0x22A6BEFEu
+#define MOX_XML_CLASS_ID 0x6CF27FFBu
+
+/* An attribute of a tag. Its owner is the list note that carries it. */
+typedef struct mox_xml_prop {
+    mox_object header;
+    mox_astring name;
+    mox_astring value;
+} mox_xml_prop;
+
+/* An element: `text` is null for none, and an empty `text` still gives an opening and a closing
+   tag. `props` and `children` follow the held-child pattern, in the order of writing. */
+typedef struct mox_xml_tag {
+    mox_object header;
+    mox_astring name;
+    mox_astring text;
+    mox_list props;
+    mox_list children;
+} mox_xml_tag;
+
+/* The document: the processing instruction at the top ("xml", with "version" "1.0" and "encoding"
+   "utf-8" after construct) and the document element, whose name the caller sets. */
+typedef struct mox_xml {
+    mox_object header;
+    mox_xml_tag declaration;
+    mox_xml_tag root;
+} mox_xml;
+
+/* The whole family is silent: every failure is a plain false. */
+MOX_API mox_bool mox_xml_prop_construct(mox_xml_prop* self, void* owner);
+MOX_API mox_bool mox_xml_prop_destruct(mox_xml_prop* self);
+MOX_API mox_bool mox_xml_prop_new(mox_xml_prop** out, void* owner);
+MOX_API mox_bool mox_xml_prop_free(mox_xml_prop** slot);
+
+MOX_API mox_bool mox_xml_tag_construct(mox_xml_tag* self, void* owner);
+MOX_API mox_bool mox_xml_tag_destruct(mox_xml_tag* self);
+MOX_API mox_bool mox_xml_tag_new(mox_xml_tag** out, void* owner);
+MOX_API mox_bool mox_xml_tag_free(mox_xml_tag** slot);
+/* Position 1 puts the new one first; any other value puts it last. */
+MOX_API mox_bool mox_xml_tag_create_prop(mox_xml_tag* self, mox_xml_prop** out, uint8_t position);
+MOX_API mox_bool mox_xml_tag_create_child(mox_xml_tag* self, mox_xml_tag** out, uint8_t position);
+/* Always false: success is told by the cleared slot. */
+MOX_API mox_bool mox_xml_tag_delete_prop(mox_xml_tag* self, mox_xml_prop** slot);
+MOX_API mox_bool mox_xml_tag_delete_child(mox_xml_tag* self, mox_xml_tag** slot);
+MOX_API mox_bool mox_xml_tag_clear_prop(mox_xml_tag* self);
+MOX_API mox_bool mox_xml_tag_clear_child(mox_xml_tag* self);
+/* The first property (or child tag, without descending) whose name equals `name`, ignoring case. */
+MOX_API mox_bool mox_xml_tag_find_prop(mox_xml_tag* self, const char* name, mox_xml_prop** out);
+MOX_API mox_bool mox_xml_tag_find_child(mox_xml_tag* self, const char* name, mox_xml_tag** out);
+
+MOX_API mox_bool mox_xml_construct(mox_xml* self, void* owner);
+MOX_API mox_bool mox_xml_destruct(mox_xml* self);
+MOX_API mox_bool mox_xml_new(mox_xml** out, void* owner);
+MOX_API mox_bool mox_xml_free(mox_xml** slot);
+/* Empties both top tags, the declaration too: a document written after this has no "xml" name. */
+MOX_API mox_bool mox_xml_clear(mox_xml* self);
+/* Writes UTF-8 with its mark at the file's position: the declaration, then the root, one tag per
+   line (CR LF), indented by tabs. Nothing is escaped. */
+MOX_API mox_bool mox_xml_save_to_file(mox_xml* self, mox_file* file);
+MOX_API mox_bool mox_xml_save_to(mox_xml* self, const char* name);
 /* This build writes XML but does not read it: always false, silently. */
 MOX_API mox_bool mox_xml_load_from_file(void* self, ...);
+/* Opens an existing file for reading and closes it again; nothing is read, always false. */
+MOX_API mox_bool mox_xml_load_from(mox_xml* self, const char* name);
 
 /* ---- Archive container ------------------------------------------------------------------------- */
-
 
 MOX_END_DECLS
 

@@ -16,6 +16,8 @@
 
 #include "containers/held_child.h"
 #include "core/instance.h"
+#include "files/held_tree.h"
+#include "files/text_writer.h"
 
 #if UINTPTR_MAX == 0xFFFFFFFFu
 static_assert(sizeof(mox_son_tag) == 52 && offsetof(mox_son_tag, children) == 24);
@@ -44,142 +46,47 @@ namespace {
 using Tags = HeldChildren<mox_son_tag, &mox_son_tag::children, mox_son_tag, mox_son_tag_new, mox_son_tag_free,
                           NullArguments::silent>;
 
-constexpr uint32_t kCacheSize = 65535;
 constexpr uint32_t kTokenSize = 65535;
 
-// ---- The tree ------------------------------------------------------------------------------------
+// ---- The tree and the writer --------------------------------------------------------------------
 
-// The tag whose children list holds `child`, through the note that carries it; null for a tag that
-// no list of ours holds.
-mox_son_tag* parent_of(mox_son_tag* child) {
-    auto* note = static_cast<mox_object*>(child->header.owner);
-    if (note == nullptr || note->class_id != MOX_LIST_NOTE_CLASS_ID)
-        return nullptr;
-    auto* list = static_cast<mox_object*>(note->owner);
-    if (list == nullptr || list->class_id != MOX_LIST_CLASS_ID)
-        return nullptr;
-    auto* parent = static_cast<mox_object*>(list->owner);
-    if (parent == nullptr || parent->class_id != MOX_SON_TAG_CLASS_ID)
-        return nullptr;
-    auto* tag = reinterpret_cast<mox_son_tag*>(parent);
-    return &tag->children == reinterpret_cast<mox_list*>(list) ? tag : nullptr;
-}
+using Tree = HeldTree<mox_son_tag, &mox_son_tag::children, MOX_SON_TAG_CLASS_ID>;
 
-mox_son_tag* child_of(mox_list_note* note) { return reinterpret_cast<mox_son_tag*>(note->data); }
-
-// Ends every descendant of `top`, deepest first, so that each note ends a tag without children and
-// no chain of releases nests. A note that doesn't carry one of our tags the normal way is ended as
-// the list ends it.
-void end_descendants(mox_son_tag* top) {
-    mox_son_tag* tag = top;
-    for (;;) {
-        mox_list_note* first = tag->children.first;
-        if (first != nullptr) {
-            mox_son_tag* child = child_of(first);
-            if (child != nullptr && child->header.owner == first &&
-                child->header.class_id == MOX_SON_TAG_CLASS_ID && parent_of(child) == tag) {
-                tag = child;
-            } else {
-                mox_list_delete_note(&tag->children, &first);
-            }
-            continue;
-        }
-        if (tag == top)
-            return;
-        mox_son_tag* parent = parent_of(tag);
-        auto* note = static_cast<mox_list_note*>(tag->header.owner);
-        mox_list_delete_note(&parent->children, &note);
-        tag = parent;
-    }
-}
-
-// ---- The writer ----------------------------------------------------------------------------------
-
-struct Writer {
-    mox_file_stream stream;
-    bool ok = true;
-
-    void raw(const char* bytes, uint32_t size) {
-        if (ok && !mox_file_stream_write(&stream, bytes, size))
-            ok = false;
-    }
-
-    // A piece of the user's text: copied, recoded from the ANSI page to UTF-8, written. The fixed
-    // pieces are ASCII, which the recoding leaves as they are, and go out directly.
-    void text(const char* piece) {
-        if (!ok)
-            return;
-        mox_astring copy = nullptr;
-        if (!mox_astring_duplicate(&copy, piece) ||
-            !mox_astring_convert(&copy, 65001, mox_get_code_page(0))) {
-            ok = false;
-        } else {
-            uint32_t size = mox_astring_length(copy);
-            if (size != 0)
-                raw(copy, size);
-        }
-        mox_memory_free(reinterpret_cast<void**>(&copy));
-    }
-
-    void tabs(uint32_t depth) {
-        for (uint32_t i = 0; i < depth && ok; ++i)
-            raw("\t", 1);
-    }
+struct SonPieces {
+    TextWriter& out;
 
     // The line that opens a tag. Its piece list ends at the first null piece, so a null name
     // leaves only the first quote, and a null value stops behind the opening quote of the value.
     void open(const mox_son_tag* tag, uint32_t depth) {
-        tabs(depth);
-        raw("\"", 1);
+        out.tabs(depth);
+        out.raw("\"", 1);
         if (tag->name == nullptr)
             return;
-        text(tag->name);
+        out.text(tag->name);
         if (tag->children.first != nullptr) {
             // The value of a tag with children isn't written.
-            raw("\" = {\r\n", 7);
+            out.raw("\" = {\r\n", 7);
             return;
         }
-        raw("\" = \"", 5);
+        out.raw("\" = \"", 5);
         if (tag->value == nullptr)
             return;
-        text(tag->value);
-        raw("\"\r\n", 3);
+        out.text(tag->value);
+        out.raw("\"\r\n", 3);
     }
 
-    void close(uint32_t depth) {
-        tabs(depth);
-        raw("}\r\n", 3);
+    bool enter(mox_son_tag* tag, uint32_t depth) {
+        open(tag, depth);
+        return out.ok;
     }
 
-    // Every tag in document order, by the notes, with no recursion.
-    void document(mox_son_tag* root) {
-        mox_son_tag* tag = root;
-        uint32_t depth = 0;
-        for (;;) {
-            open(tag, depth);
-            if (!ok)
-                return;
-            if (tag->children.first != nullptr) {
-                tag = child_of(tag->children.first);
-                ++depth;
-                continue;
-            }
-            // Up until a tag with a next sibling, closing the blocks on the way.
-            for (;;) {
-                if (tag == root)
-                    return;
-                auto* note = static_cast<mox_list_note*>(tag->header.owner);
-                if (note->next != nullptr) {
-                    tag = child_of(note->next);
-                    break;
-                }
-                tag = parent_of(tag);
-                --depth;
-                close(depth);
-                if (!ok)
-                    return;
-            }
+    // A block closes on the depth of the tag that opened it.
+    bool leave(mox_son_tag* tag, uint32_t depth) {
+        if (tag->children.first != nullptr) {
+            out.tabs(depth);
+            out.raw("}\r\n", 3);
         }
+        return out.ok;
     }
 };
 
@@ -325,7 +232,7 @@ struct Reader {
                     return true;
                 --depth;
                 // The first level's parent is the root, read at level 0 with the root as parent.
-                parent = depth == 0 ? root : parent_of(parent);
+                parent = depth == 0 ? root : Tree::parent_of(parent);
                 continue;
             }
             if (c != '"')
@@ -387,7 +294,7 @@ MOX_API mox_bool mox_son_tag_destruct(mox_son_tag* self) {
         return 0;
     mox_memory_free(reinterpret_cast<void**>(&self->name));
     mox_memory_free(reinterpret_cast<void**>(&self->value));
-    mox::end_descendants(self);
+    mox::Tree::end_descendants(self);
     mox_list_destruct(&self->children);
     return mox_object_destruct(self);
 }
@@ -415,7 +322,7 @@ MOX_API mox_bool mox_son_tag_delete_child(mox_son_tag* self, mox_son_tag** slot)
 MOX_API mox_bool mox_son_tag_clear_child(mox_son_tag* self) {
     if (self == nullptr)
         return 0;
-    mox::end_descendants(self);
+    mox::Tree::end_descendants(self);
     return mox::Tags::clear(self);
 }
 
@@ -437,17 +344,9 @@ MOX_API mox_bool mox_son_tag_prev(mox_son_tag* self, mox_son_tag** out) {
 }
 
 MOX_API mox_bool mox_son_tag_find_child(mox_son_tag* self, const char* name, mox_son_tag** out) {
-    if (self == nullptr || name == nullptr || out == nullptr)
+    if (self == nullptr)
         return 0;
-    *out = nullptr;
-    for (mox_list_note* note = self->children.first; note != nullptr; note = note->next) {
-        mox_son_tag* child = mox::child_of(note);
-        if (child != nullptr && mox_astring_compare(child->name, name)) {
-            *out = child;
-            return 1;
-        }
-    }
-    return 0;
+    return mox::find_named(&self->children, name, out);
 }
 
 // ---- The document --------------------------------------------------------------------------------
@@ -488,18 +387,10 @@ MOX_API mox_bool mox_son_clear(mox_son* self) {
 MOX_API mox_bool mox_son_save_to_file(mox_son* self, mox_file* file) {
     if (self == nullptr || file == nullptr)
         return 0;
-    mox::Writer writer;
-    mox_file_stream_construct(&writer.stream, nullptr);
-    writer.stream.file = file;
-    mox_bool result = 0;
-    if (mox_file_stream_cache_size(&writer.stream, mox::kCacheSize)) {
-        // The mark goes out as it is, without recoding.
-        writer.raw("\xEF\xBB\xBF", 3);
-        writer.document(&self->root);
-        result = writer.ok ? mox_file_stream_flush(&writer.stream) : 0;
-    }
-    mox_file_stream_destruct(&writer.stream);
-    return result;
+    return mox::write_text_document(file, [self](mox::TextWriter& writer) {
+        mox::SonPieces pieces{writer};
+        mox::Tree::walk(&self->root, pieces);
+    });
 }
 
 MOX_API mox_bool mox_son_load_from_file(mox_son* self, mox_file* file) {
@@ -515,8 +406,8 @@ MOX_API mox_bool mox_son_load_from_file(mox_son* self, mox_file* file) {
     uint8_t first[4] = {0, 0, 0, 0};
     uint32_t start = 0;
     mox::Kind kind = mox::Kind::none;
-    if (mox_file_stream_cache_size(&stream, mox::kCacheSize) && mox_array_resize(&token, mox::kTokenSize) &&
-        mox_file_stream_read(&stream, first, 4))
+    if (mox_file_stream_cache_size(&stream, mox::kDocumentCacheSize) &&
+        mox_array_resize(&token, mox::kTokenSize) && mox_file_stream_read(&stream, first, 4))
         kind = mox::kind_of(first, &start);
     if (kind != mox::Kind::none) {
         stream.cache_position = start;
@@ -531,18 +422,7 @@ MOX_API mox_bool mox_son_load_from_file(mox_son* self, mox_file* file) {
 }
 
 MOX_API mox_bool mox_son_save_to(mox_son* self, const char* name) {
-    if (self == nullptr || name == nullptr)
-        return 0;
-    if (!mox_exist_file(name) && !mox_create_file(name, 1))
-        return 0;
-    mox_file file;
-    mox_file_construct(&file, nullptr);
-    mox_file_open(&file, name, MOX_FILE_WRITE);
-    mox_bool result = mox_son_save_to_file(self, &file);
-    // Whatever a former, longer file had behind the document goes.
-    mox_file_set_eof(&file);
-    mox_file_destruct(&file);
-    return result;
+    return mox::save_text_document_to<mox_son, mox_son_save_to_file>(self, name);
 }
 
 MOX_API mox_bool mox_son_load_from(mox_son* self, const char* name) {
