@@ -302,9 +302,11 @@ struct Writer {
 
 // ---- The readers ---------------------------------------------------------------------------------
 
-// A stored name is one component of a path: it may not be empty, hold a separator of either kind or
-// a drive's colon, or be made of dots only. The library's writer never stores such names from a
-// listing; an archive that holds one was made elsewhere, and is refused where the name stands.
+// A stored name is one component of a path: it may not be empty, be made of dots only, or hold a
+// separator of either kind or a colon (which names a drive or a stream of a file on Windows). No
+// Windows listing gives such a name, so an archive that holds one was made by other hands, and it is
+// refused where the name stands. A Linux file whose name holds a colon or a backslash can be packed,
+// but its archive doesn't unpack.
 bool is_plain_name(const char* name) {
     if (name == nullptr || name[0] == 0)
         return false;
