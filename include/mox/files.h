@@ -225,6 +225,126 @@ MOX_API mox_bool mox_xml_load_from(mox_xml* self, const char* name);
 
 /* ---- Archive container ------------------------------------------------------------------------- */
 
+#define MOX_ARCHIVE_CLASS_ID 0x32BF55FDu
+#define MOX_ARCHIVE_FOLDER_CLASS_ID 0x84CE83FCu
+#define MOX_ARCHIVE_FILE_CLASS_ID 0xBEBFC02Bu
+
+/* The 40-byte header of an archive file, in memory exactly as it stands in the file: every field
+   is kept as its little-endian bytes, least significant first. Byte arrays keep the record free of
+   padding and of alignment on every target and compiler (the 64-bit `method` sits at offset 4),
+   so the header is the same 40 bytes whatever the machine's byte order or word width.
+   `format` must be 0. `method` must be 0 (stored); any other value makes writing and unpacking
+   give false. `file_size` is the size of the whole file, filled in by the writer. `skip` is the
+   count of bytes the reader passes over between the header and the counts; the writer writes the
+   counts directly behind the header whatever it holds. The two reserved fields are written as
+   they stand and never tested. */
+typedef struct mox_archive_info {
+    uint8_t format[4];
+    uint8_t method[8];
+    uint8_t reserved_1[4];
+    uint8_t file_size[8];
+    uint8_t skip[8];
+    uint8_t reserved_2[8];
+} mox_archive_info;
+
+struct mox_archive;
+
+/* Called as on_file(archive, 0, 0) at the start of each file record in writing, reading and
+   unpacking: a sign of progress that carries no counts. Its result is ignored. */
+typedef mox_bool (*mox_archive_hook)(struct mox_archive* self, uintptr_t unused_1, uintptr_t unused_2);
+
+/* A folder of the catalogue. `path` is the folder on disc (or the path rebuilt on reading), `name`
+   the name inside its parent, which is what the file stores. Children follow the held-child
+   pattern. */
+typedef struct mox_archive_folder {
+    mox_object header;
+    mox_astring path;
+    mox_astring name;
+    mox_list folders;
+    mox_list files;
+} mox_archive_folder;
+
+/* A file of the catalogue: `path` is the source when writing and the target when unpacking;
+   `offset` and `size` locate its bytes in the archive after reading or unpacking. */
+typedef struct mox_archive_file {
+    mox_object header;
+    mox_astring path;
+    mox_astring name;
+    uint64_t offset;
+    uint64_t size;
+} mox_archive_file;
+
+/* A catalogue of folders and files on disc, written into one file and unpacked from it. The
+   bytes of the files are read only while writing. `on_file` is set directly by the caller. */
+typedef struct mox_archive {
+    mox_object header;
+    mox_archive_info info;
+    mox_archive_hook on_file;
+    mox_list folders;
+    mox_list files;
+} mox_archive;
+
+MOX_API mox_bool mox_archive_construct(mox_archive* self, void* owner);
+MOX_API mox_bool mox_archive_destruct(mox_archive* self);
+MOX_API mox_bool mox_archive_new(mox_archive** out, void* owner);
+MOX_API mox_bool mox_archive_free(mox_archive** slot);
+MOX_API mox_bool mox_archive_clear_all(mox_archive* self);
+MOX_API mox_bool mox_archive_clear_folder(mox_archive* self);
+MOX_API mox_bool mox_archive_clear_file(mox_archive* self);
+MOX_API mox_bool mox_archive_create_folder(mox_archive* self, mox_archive_folder** out, uint8_t position);
+MOX_API mox_bool mox_archive_create_file(mox_archive* self, mox_archive_file** out, uint8_t position);
+/* Always false: success is told by the cleared slot. */
+MOX_API mox_bool mox_archive_delete_folder(mox_archive* self, mox_archive_folder** slot);
+MOX_API mox_bool mox_archive_delete_file(mox_archive* self, mox_archive_file** slot);
+MOX_API mox_bool mox_archive_first_folder(mox_archive* self, mox_archive_folder** out);
+MOX_API mox_bool mox_archive_last_folder(mox_archive* self, mox_archive_folder** out);
+MOX_API mox_bool mox_archive_first_file(mox_archive* self, mox_archive_file** out);
+MOX_API mox_bool mox_archive_last_file(mox_archive* self, mox_archive_file** out);
+/* The catalogue of `folder`: `depth` 1 takes its files only, 2 also its folders and their files,
+   and so on; 0 takes every level. */
+MOX_API mox_bool mox_archive_from_folder(mox_archive* self, const char* folder, uint32_t depth);
+MOX_API mox_bool mox_archive_read_from(mox_archive* self, const char* name);
+/* Catalogues an archive without unpacking it. A bad header closes `file`. Only archives whose file
+   records carry an empty name before their real one are accepted, which the writer never makes:
+   use mox_archive_decompress_from_file for its archives. */
+MOX_API mox_bool mox_archive_read_from_file(mox_archive* self, mox_file* file);
+/* Writes the archive into the named file; on failure the file is deleted. */
+MOX_API mox_bool mox_archive_compress(mox_archive* self, const char* name);
+/* Writes at the file's position and cuts the file behind what was written, in every case. */
+MOX_API mox_bool mox_archive_compress_to_file(mox_archive* self, mox_file* file);
+MOX_API mox_bool mox_archive_decompress(mox_archive* self, const char* name, const char* folder);
+/* Unpacks under `folder`, making folders as needed. Existing files are written over from their
+   start and keep whatever lies behind the new bytes. */
+MOX_API mox_bool mox_archive_decompress_from_file(mox_archive* self, mox_file* file, const char* folder);
+
+MOX_API mox_bool mox_archive_folder_construct(mox_archive_folder* self, void* owner);
+MOX_API mox_bool mox_archive_folder_destruct(mox_archive_folder* self);
+MOX_API mox_bool mox_archive_folder_new(mox_archive_folder** out, void* owner);
+MOX_API mox_bool mox_archive_folder_free(mox_archive_folder** slot);
+MOX_API mox_bool mox_archive_folder_clear_all(mox_archive_folder* self);
+MOX_API mox_bool mox_archive_folder_clear_folder(mox_archive_folder* self);
+MOX_API mox_bool mox_archive_folder_clear_file(mox_archive_folder* self);
+MOX_API mox_bool mox_archive_folder_create_folder(mox_archive_folder* self, mox_archive_folder** out,
+                                                  uint8_t position);
+MOX_API mox_bool mox_archive_folder_create_file(mox_archive_folder* self, mox_archive_file** out,
+                                                uint8_t position);
+/* Always false: success is told by the cleared slot. */
+MOX_API mox_bool mox_archive_folder_delete_folder(mox_archive_folder* self, mox_archive_folder** slot);
+MOX_API mox_bool mox_archive_folder_delete_file(mox_archive_folder* self, mox_archive_file** slot);
+MOX_API mox_bool mox_archive_folder_first_folder(mox_archive_folder* self, mox_archive_folder** out);
+MOX_API mox_bool mox_archive_folder_last_folder(mox_archive_folder* self, mox_archive_folder** out);
+MOX_API mox_bool mox_archive_folder_first_file(mox_archive_folder* self, mox_archive_file** out);
+MOX_API mox_bool mox_archive_folder_last_file(mox_archive_folder* self, mox_archive_file** out);
+MOX_API mox_bool mox_archive_folder_next(mox_archive_folder* self, mox_archive_folder** out);
+MOX_API mox_bool mox_archive_folder_prev(mox_archive_folder* self, mox_archive_folder** out);
+
+MOX_API mox_bool mox_archive_file_construct(mox_archive_file* self, void* owner);
+MOX_API mox_bool mox_archive_file_destruct(mox_archive_file* self);
+MOX_API mox_bool mox_archive_file_new(mox_archive_file** out, void* owner);
+MOX_API mox_bool mox_archive_file_free(mox_archive_file** slot);
+MOX_API mox_bool mox_archive_file_next(mox_archive_file* self, mox_archive_file** out);
+MOX_API mox_bool mox_archive_file_prev(mox_archive_file* self, mox_archive_file** out);
+
 MOX_END_DECLS
 
 #endif
