@@ -3,6 +3,7 @@
 # Debian and its derivatives; runs apt-get through sudo when not root.
 #   scripts/install-deps.sh         what the library and its tests need
 #   scripts/install-deps.sh bench   that, and also what the benchmarks under bench/ need
+#   scripts/install-deps.sh windows that, and also the Windows cross compilers and wine
 set -euo pipefail
 
 packages=(
@@ -21,6 +22,16 @@ if [ "${1:-}" = "bench" ]; then
         libbenchmark-dev   # Google Benchmark
         libssl-dev         # libcrypto, the reference for MD5
         zlib1g-dev         # zlib, the reference for the 32-bit CRC
+    )
+fi
+
+# Windows builds: the mingw-w64 compilers for x64 and x86 (their GoogleTest is built from the
+# sources that libgtest-dev ships), and wine to run the x64 test suite.
+if [ "${1:-}" = "windows" ]; then
+    packages+=(
+        g++-mingw-w64-x86-64   # the x64 cross compiler
+        g++-mingw-w64-i686     # the x86 cross compiler
+        wine64                 # runs the x64 test programs
     )
 fi
 

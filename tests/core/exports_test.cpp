@@ -11,6 +11,10 @@
 #include <sstream>
 #include <string>
 
+#if defined(_WIN32)
+#include <windows.h>
+#endif
+
 namespace {
 
 std::string run(const std::string& command) {
@@ -26,6 +30,27 @@ std::string run(const std::string& command) {
     return output;
 }
 
+#if defined(_WIN32)
+// The names in the export table of the DLL, read from its image in memory.
+std::set<std::string> exported_symbols() {
+    std::set<std::string> names;
+    // The DLL beside the test program, loaded for the look (nothing here calls into it).
+    HMODULE module = LoadLibraryA("mox.dll");
+    if (module == nullptr)
+        return names;
+    const auto* base = reinterpret_cast<const uint8_t*>(module);
+    const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
+    const auto* nt = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
+    const IMAGE_DATA_DIRECTORY& entry = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT];
+    if (entry.VirtualAddress == 0)
+        return names;
+    const auto* exports = reinterpret_cast<const IMAGE_EXPORT_DIRECTORY*>(base + entry.VirtualAddress);
+    const auto* name_offsets = reinterpret_cast<const DWORD*>(base + exports->AddressOfNames);
+    for (DWORD i = 0; i < exports->NumberOfNames; ++i)
+        names.insert(reinterpret_cast<const char*>(base + name_offsets[i]));
+    return names;
+}
+#else
 std::set<std::string> exported_symbols() {
     std::set<std::string> names;
     std::istringstream lines(run(std::string("nm -D --defined-only ") + MOX_LIBRARY_FILE));
@@ -34,6 +59,7 @@ std::set<std::string> exported_symbols() {
         names.insert(name);
     return names;
 }
+#endif
 
 std::string without_comments(const std::string& text) {
     static const std::regex comments(R"(/\*[\s\S]*?\*/|//[^\n]*)");
@@ -59,7 +85,7 @@ std::set<std::string> declared_entries() {
 TEST(Exports, EveryDeclaredEntryIsExportedAndNothingElse) {
     std::set<std::string> exported = exported_symbols();
     std::set<std::string> declared = declared_entries();
-    ASSERT_FALSE(exported.empty()) << "nm gave nothing for " << MOX_LIBRARY_FILE;
+    ASSERT_FALSE(exported.empty()) << "no exported names found for " << MOX_LIBRARY_FILE;
     ASSERT_GT(declared.size(), 150u) << "the header scan found too little";
     for (const std::string& name : declared)
         EXPECT_TRUE(exported.count(name)) << "declared but not exported: " << name;
@@ -68,6 +94,9 @@ TEST(Exports, EveryDeclaredEntryIsExportedAndNothingElse) {
 }
 
 TEST(Exports, TheSonameFollowsTheReportedVersion) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "a DLL has no soname: Windows programs load it by its fixed name, mox.dll";
+#endif
     uint8_t major = 0, minor = 0;
     uint16_t patch = 0;
     mox_version_ext(&major, &minor, &patch);

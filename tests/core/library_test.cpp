@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "support/code_pages.h"
 #include "support/error_listener.h"
 
 using mox_test::ErrorListener;
@@ -62,17 +63,17 @@ TEST(Library, AuthorOfANullSlotIsFalseAndSilent) {
     EXPECT_TRUE(listener.silent());
 }
 
-TEST(Library, CodePagesAreUtf8AndOtherQuestionsGetZero) {
-    EXPECT_EQ(mox_get_code_page(0), 65001u);
-    EXPECT_EQ(mox_get_code_page(1), 65001u);
+TEST(Library, CodePagesAreTheSystemsAndOtherQuestionsGetZero) {
+    EXPECT_EQ(mox_get_code_page(0), mox_test::system_ansi_page());
+    EXPECT_EQ(mox_get_code_page(1), mox_test::system_oem_page());
     EXPECT_EQ(mox_get_code_page(2), 0u);
     EXPECT_EQ(mox_get_code_page(-1), 0u);
 }
 
 TEST(Library, SetCodePageChangesNothing) {
     mox_set_code_page();
-    EXPECT_EQ(mox_get_code_page(0), 65001u);
-    EXPECT_EQ(mox_get_code_page(1), 65001u);
+    EXPECT_EQ(mox_get_code_page(0), mox_test::system_ansi_page());
+    EXPECT_EQ(mox_get_code_page(1), mox_test::system_oem_page());
 }
 
 TEST(Library, SupportFlagsTellWhatThisBuildHas) {

@@ -31,7 +31,7 @@ namespace fs = std::filesystem;
 std::vector<std::string> tree_of(const std::string& root) {
     std::vector<std::string> out;
     for (const auto& entry : fs::recursive_directory_iterator(root)) {
-        std::string name = fs::relative(entry.path(), root).string();
+        std::string name = fs::relative(entry.path(), root).generic_string();
         out.push_back(entry.is_directory() ? name + "/" : name);
     }
     std::sort(out.begin(), out.end());

@@ -76,7 +76,7 @@ mox_bool note_call(mox_archive* self, uintptr_t first, uintptr_t second) {
 std::vector<std::string> tree_of(const std::string& root) {
     std::vector<std::string> out;
     for (const auto& entry : fs::recursive_directory_iterator(root)) {
-        std::string name = fs::relative(entry.path(), root).string();
+        std::string name = fs::relative(entry.path(), root).generic_string();
         out.push_back(entry.is_directory() ? name + "/" : name);
     }
     std::sort(out.begin(), out.end());
@@ -683,6 +683,9 @@ TEST_F(ArchiveTest, FromFolderOfAMissingFolderFailsAndClears) {
 // A folder whose name holds the library's separator can be listed but not entered, which fails the
 // walk below the top and clears the catalogue.
 TEST_F(ArchiveTest, FromFolderFailingBelowTheTopClearsBothLists) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "on Windows the separator is the system's own and can't stand in a name";
+#endif
     make_levels();
     fs::create_directories("src/a/odd\\name");
     EXPECT_EQ(mox_archive_from_folder(&archive, "src", 0), 0);
@@ -1054,6 +1057,9 @@ TEST_F(ArchiveTest, LargeFilesGoThroughTheBufferInPieces) {
 // Intended: the writer's copy loop has no exit but the bytes it was promised. A system file that
 // reports a larger size than it gives keeps it going; the child is stopped at its deadline.
 TEST(ArchiveWriterPosix, ASourceThatGivesLessThanItsSizeKeepsTheWriterGoing) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "the file that reports more than it gives is one of Linux's own";
+#else
     const char* source = "/sys/devices/system/cpu/online";
     struct stat info {};
     if (stat(source, &info) != 0)
@@ -1088,6 +1094,7 @@ TEST(ArchiveWriterPosix, ASourceThatGivesLessThanItsSizeKeepsTheWriterGoing) {
     archive_bytes::put64(expected, static_cast<uint64_t>(info.st_size));
     expected.insert(expected.end(), given.begin(), given.end());
     EXPECT_EQ(read_bytes(target), expected);
+#endif
 }
 
 } // namespace

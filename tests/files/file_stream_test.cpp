@@ -16,7 +16,9 @@ using mox_test::write_text;
 
 namespace {
 
-constexpr uint32_t kReadWrite = MOX_FILE_READ | MOX_FILE_WRITE;
+// Shared for reading, so that the test may look at the disc while the file is open (Windows refuses
+// that look to a file opened without sharing).
+constexpr uint32_t kReadWrite = MOX_FILE_READ | MOX_FILE_WRITE | MOX_FILE_SHARE_READ;
 
 struct StreamTest : ::testing::Test {
     TempFolder folder;

@@ -7,7 +7,9 @@
 #include <filesystem>
 #include <string>
 #include <sys/stat.h>
-#if !defined(_WIN32)
+#if defined(_WIN32)
+#include <windows.h>
+#else
 #include <unistd.h>
 #endif
 #include <vector>
@@ -21,6 +23,18 @@ using mox_test::TempFolder;
 using mox_test::write_text;
 
 namespace fs = std::filesystem;
+
+// The system's temporary folder, with its separator at the end: fixed on Linux, the user's own on
+// Windows.
+std::string system_temp_folder() {
+#if defined(_WIN32)
+    char path[MAX_PATH + 1] = {};
+    GetTempPathA(sizeof path, path);
+    return path;
+#else
+    return "/tmp/";
+#endif
+}
 
 namespace {
 
@@ -37,6 +51,14 @@ struct FileSystemTest : ::testing::Test {
     }
     void TearDown() override { ASSERT_EQ(chdir(saved.c_str()), 0); }
 
+    // Links to folders are made by the tests where the system lets a test program make them.
+    static const char* why_no_folder_links() {
+#if defined(_WIN32)
+        return "making a link to a folder needs a privilege that Windows gives no test program";
+#else
+        return nullptr;
+#endif
+    }
     static bool is_file(const std::string& path) { return fs::is_regular_file(fs::symlink_status(path)); }
     static bool is_dir(const std::string& path) { return fs::is_directory(fs::symlink_status(path)); }
     static std::vector<std::string> names(const mox_astring_array& array) {
@@ -87,6 +109,9 @@ TEST_F(FileSystemTest, CreateFileMakesTheFoldersOnTheWay) {
 }
 
 TEST_F(FileSystemTest, CreateFileMakesNoFolderOfADriveName) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "on Windows c: is a real drive, which the walk rightly passes through";
+#endif
     EXPECT_EQ(mox_create_file("c:\\t\\z.txt", 1), 0);
     EXPECT_FALSE(fs::exists("c:"));
     EXPECT_FALSE(fs::exists("c:/t"));
@@ -237,7 +262,14 @@ TEST_F(FileSystemTest, CopyFileCopiesALargeFileWhole) {
     for (size_t i = 0; i < big.size(); ++i)
         big[i] = static_cast<char>(i * 7);
     write_text("big", big);
+#if defined(_WIN32)
+    // Windows takes ".." away from the name before it looks for folders: "x" needn't exist.
+    EXPECT_EQ(mox_copy_file("x\\..\\copy", "big", 0), 1);
+    EXPECT_EQ(read_text("copy"), big);
+    fs::remove("copy");
+#else
     EXPECT_EQ(mox_copy_file("x\\..\\copy", "big", 0), 0); // no folder "x" to pass through
+#endif
     EXPECT_EQ(mox_copy_file("copy", "big", 0), 1);
     EXPECT_EQ(read_text("copy"), big);
 }
@@ -310,6 +342,8 @@ TEST_F(FileSystemTest, DeleteFolderRecursiveRemovesLinksWithoutFollowingThem) {
     fs::create_directories("outside");
     write_text("outside/keep", "k");
     fs::create_directories("x");
+    if (const char* reason = why_no_folder_links())
+        GTEST_SKIP() << reason;
     fs::create_directory_symlink(fs::absolute("outside"), "x/link");
     EXPECT_EQ(mox_delete_folder("x", 1), 1);
     EXPECT_FALSE(fs::exists("x"));
@@ -384,6 +418,8 @@ TEST_F(FileSystemTest, GetFoldersListsFoldersWithoutTheDotEntries) {
     fs::create_directories("top/one");
     fs::create_directories("top/two/three");
     write_text("top/file", "1");
+    if (const char* reason = why_no_folder_links())
+        GTEST_SKIP() << reason;
     fs::create_directory_symlink(fs::absolute("top/one"), "top/link");
     mox_astring_array array;
     mox_astring_array_construct(&array, nullptr);
@@ -422,7 +458,7 @@ TEST_F(FileSystemTest, WorkFolderGoesAndComesBack) {
 TEST_F(FileSystemTest, TempFolderIsTheSystemsWithItsSeparator) {
     mox_astring text = nullptr;
     ASSERT_EQ(mox_get_temp_folder(&text), 1);
-    EXPECT_STREQ(text, "/tmp/");
+    EXPECT_EQ(std::string(text), system_temp_folder());
     mox_astring_destruct(&text);
 }
 
@@ -438,7 +474,12 @@ TEST_F(FileSystemTest, TempFileNameMakesANewFileEachTime) {
     EXPECT_NE(a, b);
     ASSERT_EQ(a.size(), here.size() + 1 + 3 + 4 + 4);
     EXPECT_EQ(a.substr(0, here.size() + 4), here + "\\abc");
+#if defined(_WIN32)
+    // Windows writes the extension in lower case, whatever its documents show.
+    EXPECT_EQ(a.substr(a.size() - 4), ".tmp");
+#else
     EXPECT_EQ(a.substr(a.size() - 4), ".TMP");
+#endif
     for (char c : a.substr(here.size() + 4, 4))
         EXPECT_TRUE(std::isxdigit(static_cast<unsigned char>(c))) << a;
     EXPECT_EQ(mox_exist_file(first), 1);
@@ -461,13 +502,16 @@ TEST_F(FileSystemTest, TempFileNameInTheTempFolder) {
     ASSERT_EQ(mox_get_temp_folder(&temp), 1);
     ASSERT_EQ(mox_get_temp_file_name(&name, temp, "mox"), 1);
     std::string text = name;
-    EXPECT_EQ(text.rfind("/tmp/mox", 0), 0u) << text;
+    EXPECT_EQ(text.rfind(system_temp_folder() + "mox", 0), 0u) << text;
     EXPECT_EQ(mox_delete_file(name), 1);
     mox_astring_destruct(&temp);
     mox_astring_destruct(&name);
 }
 
 TEST_F(FileSystemTest, ExistFolderRefusesAWorkFolderTooLongToPutBack) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "Windows can't make a work folder longer than MAX_PATH characters";
+#else
     // Our decision: a current folder longer than the 260 characters couldn't be restored from the
     // buffer, so the entry answers false and leaves it where it is.
     std::string deep = folder.path();
@@ -482,4 +526,5 @@ TEST_F(FileSystemTest, ExistFolderRefusesAWorkFolderTooLongToPutBack) {
     EXPECT_EQ(mox_get_work_folder(&text), 1);
     EXPECT_EQ(std::string(text).find(deep), std::string::npos);
     mox_astring_destruct(&text);
+#endif
 }

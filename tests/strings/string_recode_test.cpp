@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/code_pages.h"
+
 #include <string>
 #include <vector>
 
@@ -49,16 +51,34 @@ protected:
 
 } // namespace
 
-TEST(CodePages, TheAnsiAndOemPagesAreUtf8) {
+TEST(CodePages, TheAnsiAndOemPagesAreTheSystems) {
+    EXPECT_EQ(mox_get_code_page(0), mox_test::system_ansi_page());
+    EXPECT_EQ(mox_get_code_page(1), mox_test::system_oem_page());
+#if !defined(_WIN32)
     EXPECT_EQ(mox_get_code_page(0), kUtf8);
     EXPECT_EQ(mox_get_code_page(1), kUtf8);
+#endif
+}
+
+// Text in the ANSI and OEM pages converts as text of the pages they are.
+TEST_F(Recoding, TheAnsiAndOemPagesConvertAsThePagesTheyAre) {
+    const uint32_t ansi = mox_test::system_ansi_page();
+    const uint32_t oem = mox_test::system_oem_page();
+    if (ansi == kUtf8 && oem == kUtf8) {
+        EXPECT_EQ(to_wide("\xC3\xA9", kAnsi), u"\u00E9");
+        EXPECT_EQ(to_wide("\xC3\xA9", kOem), u"\u00E9");
+        } else if (ansi == 1252 && oem == 437) {
+        EXPECT_EQ(to_wide("\xE9", kAnsi), u"\u00E9");
+        EXPECT_EQ(to_wide("\x82", kOem), u"\u00E9");
+        EXPECT_EQ(to_narrow(u"\u00E9", kAnsi), "\xE9");
+    } else {
+        GTEST_SKIP() << "the texts here are written for the pages 65001, and 1252 with 437";
+    }
 }
 
 TEST_F(Recoding, Utf8BecomesUtf16) {
     EXPECT_EQ(to_wide("abc", kUtf8), u"abc");
     EXPECT_EQ(to_wide("a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", kUtf8), u"a\u00E9\u20AC\U0001F600");
-    EXPECT_EQ(to_wide("\xC3\xA9", kAnsi), u"\u00E9");
-    EXPECT_EQ(to_wide("\xC3\xA9", kOem), u"\u00E9");
     // Bytes that start no character become U+FFFD one by one.
     EXPECT_EQ(to_wide("a\xFF"
                       "b",
@@ -66,7 +86,12 @@ TEST_F(Recoding, Utf8BecomesUtf16) {
               u"a\uFFFDb");
     EXPECT_EQ(to_wide("\xC3", kUtf8), u"\uFFFD");
     EXPECT_EQ(to_wide("\xC0\xAF", kUtf8), u"\uFFFD\uFFFD");           // overlong
+#if defined(_WIN32)
+    // Windows takes the first two bytes of an encoded surrogate as one bad sequence.
+    EXPECT_EQ(to_wide("\xED\xA0\x80", kUtf8), u"\uFFFD\uFFFD"); // an encoded surrogate
+#else
     EXPECT_EQ(to_wide("\xED\xA0\x80", kUtf8), u"\uFFFD\uFFFD\uFFFD"); // an encoded surrogate
+#endif
 }
 
 TEST_F(Recoding, OtherPagesConvertThroughTheSystem) {
@@ -74,11 +99,19 @@ TEST_F(Recoding, OtherPagesConvertThroughTheSystem) {
     EXPECT_EQ(to_wide("\x82\xB0", 437), u"\u00E9\u2591");
     EXPECT_EQ(to_wide("\xC0\xFF", 1251), u"\u0410\u044F");
     EXPECT_EQ(to_wide("\xE9", 28591), u"\u00E9");
+#if defined(_WIN32)
+    // Windows gives a byte that its page leaves undefined the control character of the same number.
+    EXPECT_EQ(to_wide("a\x81"
+                      "b",
+                      1252),
+              u"a\u0081b");
+#else
     // A byte the page leaves undefined becomes U+FFFD.
     EXPECT_EQ(to_wide("a\x81"
                       "b",
                       1252),
               u"a\uFFFDb");
+#endif
 }
 
 // Intended: an empty text and a page the system doesn't know both size to nothing, and nothing is
@@ -94,7 +127,6 @@ TEST_F(Recoding, EmptyTextsAndUnknownPagesGiveEmptyStrings) {
 TEST_F(Recoding, Utf16BecomesUtf8) {
     EXPECT_EQ(to_narrow(u"abc", kUtf8), "abc");
     EXPECT_EQ(to_narrow(u"a\u00E9\u20AC\U0001F600", kUtf8), "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
-    EXPECT_EQ(to_narrow(u"\u00E9", kAnsi), "\xC3\xA9");
     // A lone surrogate becomes U+FFFD.
     EXPECT_EQ(to_narrow(std::u16string(1, char16_t(0xD800)) + u"x", kUtf8), "\xEF\xBF\xBDx");
 }
@@ -107,7 +139,12 @@ TEST_F(Recoding, Utf16BecomesAWindowsOrDosPage) {
                         "b",
                         437),
               "a?b");
+#if defined(_WIN32)
+    // Windows gives each unit of the pair its own "?".
+    EXPECT_EQ(to_narrow(u"\U0001F600!", 1252), "??!");
+#else
     EXPECT_EQ(to_narrow(u"\U0001F600!", 1252), "?!");
+#endif
 }
 
 TEST_F(Recoding, NullArgumentsAreFalseAndSilent) {
@@ -133,7 +170,12 @@ TEST_F(Recoding, ConvertRecodesAStringInItsSlot) {
     ASSERT_EQ(mox_astring_duplicate(&bytes, "caf\xC3\xA9 \xE2\x82\xAC"), 1);
     ASSERT_EQ(mox_astring_convert(&bytes, 1252, kUtf8), 1);
     EXPECT_EQ(std::string(bytes), "caf\xE9 \x80");
+#if defined(_WIN32)
+    // The ANSI page is no UTF-8 here; the way back names the page itself.
+    ASSERT_EQ(mox_astring_convert(&bytes, kUtf8, 1252), 1);
+#else
     ASSERT_EQ(mox_astring_convert(&bytes, kAnsi, 1252), 1);
+#endif
     EXPECT_EQ(std::string(bytes), "caf\xC3\xA9 \xE2\x82\xAC");
     ASSERT_EQ(mox_astring_convert(&bytes, 437, kUtf8), 1);
     EXPECT_EQ(std::string(bytes), "caf\x82 ?");
@@ -151,7 +193,12 @@ TEST_F(Recoding, BufferConvertRecodesWithinTheBuffer) {
     // Three characters between two single-byte pages, one of them missing in the target page.
     char pair[] = {'\xE9', '\x80', 'z'};
     EXPECT_EQ(mox_astring_buffer_convert(pair, 3, 1251, 1252), 1);
+#if defined(_WIN32)
+    // Windows puts the nearest letter of the page, where it has one, for a missing character.
+    EXPECT_EQ(std::string(pair, 3), "e\x88z");
+#else
     EXPECT_EQ(std::string(pair, 3), "?\x88z");
+#endif
     // Intended: more bytes than characters answers false, though the bytes were converted.
     char utf8[] = {'\xC3', '\xA9'};
     EXPECT_EQ(mox_astring_buffer_convert(utf8, 2, kUtf8, kUtf8), 0);

@@ -27,6 +27,10 @@ LONG WINAPI on_unhandled_exception(::EXCEPTION_POINTERS* system) {
     int32_t verdict = filter != nullptr ? filter(&pointers) : EXCEPTION_CONTINUE_SEARCH;
     if (verdict == EXCEPTION_CONTINUE_SEARCH && g_earlier != nullptr)
         return g_earlier(system);
+    // The system ends the process with the exception's code as its exit code; ending it here does
+    // the same at once, and the same way on every system that runs Windows programs.
+    if (verdict == EXCEPTION_EXECUTE_HANDLER)
+        ::TerminateProcess(::GetCurrentProcess(), system->ExceptionRecord->ExceptionCode);
     return verdict;
 }
 
