@@ -34,7 +34,7 @@ asan: deps
 # Wine keeps its own Windows installation in the build folder; it is made once, before the tests run
 # side by side.
 WINE := /usr/lib/wine/wine64
-WINE_ENV := WINEPREFIX=$(CURDIR)/build/mingw-x64/wineprefix WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=
+WINE_ENV := WINEPREFIX=$(CURDIR)/build/mingw-x64/wineprefix WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d"
 
 windows:
 	@scripts/install-deps.sh windows

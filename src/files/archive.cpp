@@ -63,15 +63,6 @@ constexpr const char* kSeparator = "\\";
 // bytes with the terminator on Linux, fewer on Windows).
 constexpr uint32_t kLongestPath = 4095;
 
-void put_u64_le(uint8_t* out, uint64_t value) {
-    put_u32_le(out, static_cast<uint32_t>(value));
-    put_u32_le(out + 4, static_cast<uint32_t>(value >> 32));
-}
-
-uint64_t get_u64_le(const uint8_t* in) {
-    return static_cast<uint64_t>(get_u32_le(in)) | (static_cast<uint64_t>(get_u32_le(in + 4)) << 32);
-}
-
 bool stored(const mox_archive_info& info) {
     for (uint8_t byte : info.method)
         if (byte != 0)

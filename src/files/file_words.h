@@ -1,4 +1,4 @@
-// Little-endian 32-bit words, as every persisted field is stored whatever the machine.
+// Little-endian 32- and 64-bit words, as every persisted field is stored whatever the machine.
 #pragma once
 
 #include <mox/files.h>
@@ -17,6 +17,15 @@ inline void put_u32_le(uint8_t* out, uint32_t value) {
 inline uint32_t get_u32_le(const uint8_t* in) {
     return static_cast<uint32_t>(in[0]) | (static_cast<uint32_t>(in[1]) << 8) |
            (static_cast<uint32_t>(in[2]) << 16) | (static_cast<uint32_t>(in[3]) << 24);
+}
+
+inline void put_u64_le(uint8_t* out, uint64_t value) {
+    put_u32_le(out, static_cast<uint32_t>(value));
+    put_u32_le(out + 4, static_cast<uint32_t>(value >> 32));
+}
+
+inline uint64_t get_u64_le(const uint8_t* in) {
+    return static_cast<uint64_t>(get_u32_le(in)) | (static_cast<uint64_t>(get_u32_le(in + 4)) << 32);
 }
 
 inline void write_u32_le(mox_file* file, uint32_t value) {

@@ -256,7 +256,9 @@ TEST_F(FifoTest, SaveWritesTheFiveFieldsAndTheBytes) {
     write_bytes(folder.file("f.bin"), {});
     mox_file file;
     mox_file_construct(&file, nullptr);
-    ASSERT_EQ(mox_file_open(&file, folder.library_path("f.bin").c_str(), MOX_FILE_READ | MOX_FILE_WRITE | MOX_FILE_SHARE_READ), 1);
+    ASSERT_EQ(mox_file_open(&file, folder.library_path("f.bin").c_str(),
+                            MOX_FILE_READ | MOX_FILE_WRITE | MOX_FILE_SHARE_READ),
+              1);
     ASSERT_EQ(mox_fifo_resize(&fifo, 3), 1);
     write("pqrs");
     EXPECT_EQ(fifo.read_position, 1u);

@@ -203,7 +203,9 @@ TEST_F(StackTest, SaveAndLoadKeepThePosition) {
     write_bytes(folder.file("s.bin"), {});
     mox_file file;
     mox_file_construct(&file, nullptr);
-    ASSERT_EQ(mox_file_open(&file, folder.library_path("s.bin").c_str(), MOX_FILE_READ | MOX_FILE_WRITE | MOX_FILE_SHARE_READ), 1);
+    ASSERT_EQ(mox_file_open(&file, folder.library_path("s.bin").c_str(),
+                            MOX_FILE_READ | MOX_FILE_WRITE | MOX_FILE_SHARE_READ),
+              1);
     ASSERT_EQ(mox_stack_resize(&stack, 3), 1);
     ASSERT_EQ(mox_stack_push(&stack, "uv", 2), 1);
     ErrorListener listener;

@@ -1,13 +1,28 @@
-// Archive files built byte by byte: what the writer is expected to produce, and what it never does.
+// Archive files built byte by byte (what the writer is expected to produce, and what it never does),
+// and a look at what unpacking left on disc.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <vector>
 
 namespace archive_bytes {
 
 using Bytes = std::vector<uint8_t>;
+
+// Every entry below `root`, relative, with "/" behind folders, in sorted order.
+inline std::vector<std::string> tree_of(const std::string& root) {
+    namespace fs = std::filesystem;
+    std::vector<std::string> out;
+    for (const auto& entry : fs::recursive_directory_iterator(root)) {
+        std::string name = fs::relative(entry.path(), root).generic_string();
+        out.push_back(entry.is_directory() ? name + "/" : name);
+    }
+    std::sort(out.begin(), out.end());
+    return out;
+}
 
 inline void put32(Bytes& out, uint32_t value) {
     for (int i = 0; i < 4; ++i)

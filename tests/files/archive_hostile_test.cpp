@@ -26,17 +26,7 @@ using mox_test::write_bytes;
 namespace {
 
 namespace fs = std::filesystem;
-
-// Every entry below `root`, relative, with "/" behind folders.
-std::vector<std::string> tree_of(const std::string& root) {
-    std::vector<std::string> out;
-    for (const auto& entry : fs::recursive_directory_iterator(root)) {
-        std::string name = fs::relative(entry.path(), root).generic_string();
-        out.push_back(entry.is_directory() ? name + "/" : name);
-    }
-    std::sort(out.begin(), out.end());
-    return out;
-}
+using archive_bytes::tree_of;
 
 // The archive is read from "in.arc" in a fresh work folder, and unpacked into "t\\out", whose parent
 // "t" is there beforehand: whatever lands beside "out" has escaped.

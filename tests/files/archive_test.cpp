@@ -30,6 +30,7 @@ using mox_test::write_bytes;
 namespace {
 
 namespace fs = std::filesystem;
+using archive_bytes::tree_of;
 
 std::string str(const char* text) { return text == nullptr ? "<null>" : text; }
 
@@ -70,17 +71,6 @@ struct Calls {
 mox_bool note_call(mox_archive* self, uintptr_t first, uintptr_t second) {
     reinterpret_cast<Calls*>(self->header.user)->seen.emplace_back(self, first, second);
     return 0; // the result is ignored: the work goes on
-}
-
-// Every entry below `root`, relative, with "/" behind folders.
-std::vector<std::string> tree_of(const std::string& root) {
-    std::vector<std::string> out;
-    for (const auto& entry : fs::recursive_directory_iterator(root)) {
-        std::string name = fs::relative(entry.path(), root).generic_string();
-        out.push_back(entry.is_directory() ? name + "/" : name);
-    }
-    std::sort(out.begin(), out.end());
-    return out;
 }
 
 // The library's own listing of a folder, in the system's order.

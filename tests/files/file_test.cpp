@@ -206,7 +206,8 @@ TEST_F(FileTest, AccessComesFromTheModeBits) {
     EXPECT_EQ(mox_file_write(&file, "Z", 1), 0u);
     EXPECT_EQ(file.position, 0u);
     EXPECT_EQ(mox_file_set_eof(&file), 0);
-    ASSERT_EQ(mox_file_open(&file, folder.library_path("a.txt").c_str(), MOX_FILE_WRITE | MOX_FILE_SHARE_READ), 1);
+    ASSERT_EQ(
+        mox_file_open(&file, folder.library_path("a.txt").c_str(), MOX_FILE_WRITE | MOX_FILE_SHARE_READ), 1);
     char byte = 0;
     EXPECT_EQ(mox_file_read(&file, &byte, 1), 0u);
     EXPECT_EQ(mox_file_write(&file, "Z", 1), 1u);

@@ -481,9 +481,9 @@ struct PersistTest : ::testing::Test {
     void TearDown() override { mox_file_destruct(&file); }
     void open_with(const std::vector<uint8_t>& bytes) {
         write_bytes(folder.file("value.bin"), bytes);
-        ASSERT_EQ(
-            mox_file_open(&file, folder.library_path("value.bin").c_str(), MOX_FILE_READ | MOX_FILE_WRITE | MOX_FILE_SHARE_READ),
-            1);
+        ASSERT_EQ(mox_file_open(&file, folder.library_path("value.bin").c_str(),
+                                MOX_FILE_READ | MOX_FILE_WRITE | MOX_FILE_SHARE_READ),
+                  1);
     }
     std::vector<uint8_t> on_disc() { return read_bytes(folder.file("value.bin")); }
 };

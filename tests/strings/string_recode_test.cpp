@@ -67,7 +67,7 @@ TEST_F(Recoding, TheAnsiAndOemPagesConvertAsThePagesTheyAre) {
     if (ansi == kUtf8 && oem == kUtf8) {
         EXPECT_EQ(to_wide("\xC3\xA9", kAnsi), u"\u00E9");
         EXPECT_EQ(to_wide("\xC3\xA9", kOem), u"\u00E9");
-        } else if (ansi == 1252 && oem == 437) {
+    } else if (ansi == 1252 && oem == 437) {
         EXPECT_EQ(to_wide("\xE9", kAnsi), u"\u00E9");
         EXPECT_EQ(to_wide("\x82", kOem), u"\u00E9");
         EXPECT_EQ(to_narrow(u"\u00E9", kAnsi), "\xE9");
@@ -85,7 +85,7 @@ TEST_F(Recoding, Utf8BecomesUtf16) {
                       kUtf8),
               u"a\uFFFDb");
     EXPECT_EQ(to_wide("\xC3", kUtf8), u"\uFFFD");
-    EXPECT_EQ(to_wide("\xC0\xAF", kUtf8), u"\uFFFD\uFFFD");           // overlong
+    EXPECT_EQ(to_wide("\xC0\xAF", kUtf8), u"\uFFFD\uFFFD"); // overlong
 #if defined(_WIN32)
     // Windows takes the first two bytes of an encoded surrogate as one bad sequence.
     EXPECT_EQ(to_wide("\xED\xA0\x80", kUtf8), u"\uFFFD\uFFFD"); // an encoded surrogate

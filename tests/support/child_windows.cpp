@@ -186,10 +186,24 @@ ChildOutcome run_in_child(const std::function<void()>& body, int deadline_ms) {
     return outcome;
 }
 
+// Windows keeps a process's memory within a limit through a job object; wine accepts the limit but
+// doesn't enforce it, and says who it is through an export of its own.
 const char* why_allocations_cannot_be_made_to_fail() {
-    return "a limit on one process's address space is a POSIX facility";
+    HMODULE ntdll = GetModuleHandleA("ntdll.dll");
+    if (ntdll != nullptr && GetProcAddress(ntdll, "wine_get_version") != nullptr)
+        return "wine doesn't enforce the memory limit of a job object";
+    return nullptr;
 }
 
-void limit_address_space() {}
+void limit_address_space() {
+    HANDLE job = CreateJobObjectA(nullptr, nullptr);
+    if (job == nullptr)
+        return;
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limit{};
+    limit.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_PROCESS_MEMORY;
+    limit.ProcessMemoryLimit = static_cast<SIZE_T>(1) << 30;
+    SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limit, sizeof limit);
+    AssignProcessToJobObject(job, GetCurrentProcess());
+}
 
 } // namespace mox_test
