@@ -579,7 +579,9 @@ bool has_no_capabilities() {
 
 TEST(Clock, SettingTheClockWithoutTheRightIsFalse) {
 #if defined(_WIN32)
-    GTEST_SKIP() << "a Windows test process has no way to give up the right to set the clock";
+    GTEST_SKIP() << "Windows grants the right to set the clock through a privilege of the process; a test "
+                    "that failed to give it up would change the machine's clock, so this one runs on POSIX "
+                    "systems only";
 #else
     // The child gives up root, and with it CAP_SYS_TIME, before it asks; it refuses to ask at all
     // if the drop didn't take, so the machine's clock is never changed.
