@@ -18,7 +18,6 @@
 #include "core/instance.h"
 #include "core/words.h"
 #include "files/file_words.h"
-#include "files/son.h"
 
 // The header is the file's 40 bytes on every target: byte arrays, no padding, no alignment.
 static_assert(sizeof(mox_archive_info) == 40 && alignof(mox_archive_info) == 1);
@@ -796,11 +795,11 @@ MOX_API mox_bool mox_archive_folder_last_file(mox_archive_folder* self, mox_arch
 }
 
 MOX_API mox_bool mox_archive_folder_next(mox_archive_folder* self, mox_archive_folder** out) {
-    return mox::held_sibling(self, reinterpret_cast<void**>(out), true);
+    return mox::TopFolders::next(self, out);
 }
 
 MOX_API mox_bool mox_archive_folder_prev(mox_archive_folder* self, mox_archive_folder** out) {
-    return mox::held_sibling(self, reinterpret_cast<void**>(out), false);
+    return mox::TopFolders::prev(self, out);
 }
 
 // ---- Files ---------------------------------------------------------------------------------------
@@ -833,11 +832,11 @@ MOX_API mox_bool mox_archive_file_free(mox_archive_file** slot) {
 }
 
 MOX_API mox_bool mox_archive_file_next(mox_archive_file* self, mox_archive_file** out) {
-    return mox::held_sibling(self, reinterpret_cast<void**>(out), true);
+    return mox::TopFiles::next(self, out);
 }
 
 MOX_API mox_bool mox_archive_file_prev(mox_archive_file* self, mox_archive_file** out) {
-    return mox::held_sibling(self, reinterpret_cast<void**>(out), false);
+    return mox::TopFiles::prev(self, out);
 }
 
 } // extern "C"

@@ -5,7 +5,6 @@
 // The reader meets untrusted files, so it works without recursion (the parent of a level is found
 // through the owners of the held-child pattern), ends the tree without recursion, and bounds the
 // two places where the format itself has no end condition.
-#include "files/son.h"
 
 #include <mox/containers.h>
 #include <mox/core.h>
@@ -25,21 +24,6 @@ static_assert(sizeof(mox_son) == 68 && offsetof(mox_son, root) == 16);
 #endif
 
 namespace mox {
-
-mox_bool held_sibling(void* self, void** out, bool forward) {
-    if (self == nullptr || out == nullptr)
-        return 0;
-    *out = nullptr;
-    auto* owner = static_cast<mox_object*>(static_cast<mox_object*>(self)->owner);
-    if (owner == nullptr || owner->class_id != MOX_LIST_NOTE_CLASS_ID)
-        return 0;
-    auto* note = reinterpret_cast<mox_list_note*>(owner);
-    mox_list_note* other = forward ? note->next : note->prev;
-    if (other == nullptr)
-        return 0;
-    *out = reinterpret_cast<void*>(other->data);
-    return 1;
-}
 
 namespace {
 
@@ -335,13 +319,9 @@ MOX_API mox_bool mox_son_tag_last_child(mox_son_tag* self, mox_son_tag** out) {
 }
 
 // False for the root, whose owner is the document and not a note.
-MOX_API mox_bool mox_son_tag_next(mox_son_tag* self, mox_son_tag** out) {
-    return mox::held_sibling(self, reinterpret_cast<void**>(out), true);
-}
+MOX_API mox_bool mox_son_tag_next(mox_son_tag* self, mox_son_tag** out) { return mox::Tags::next(self, out); }
 
-MOX_API mox_bool mox_son_tag_prev(mox_son_tag* self, mox_son_tag** out) {
-    return mox::held_sibling(self, reinterpret_cast<void**>(out), false);
-}
+MOX_API mox_bool mox_son_tag_prev(mox_son_tag* self, mox_son_tag** out) { return mox::Tags::prev(self, out); }
 
 MOX_API mox_bool mox_son_tag_find_child(mox_son_tag* self, const char* name, mox_son_tag** out) {
     if (self == nullptr)

@@ -7,12 +7,9 @@
 #include <vector>
 
 #include "support/error_listener.h"
-#include "support/temp_folder.h"
+#include "support/disc_file.h"
 
 using mox_test::ErrorListener;
-using mox_test::read_bytes;
-using mox_test::TempFolder;
-using mox_test::write_bytes;
 
 namespace {
 
@@ -49,22 +46,10 @@ struct CrcTest : ::testing::Test {
 };
 
 struct CrcFileTest : CrcTest {
-    TempFolder folder;
-    mox_file file{};
-    void SetUp() override {
-        CrcTest::SetUp();
-        ASSERT_EQ(mox_file_construct(&file, nullptr), 1);
-    }
-    void TearDown() override {
-        mox_file_destruct(&file);
-        CrcTest::TearDown();
-    }
-    void open_with(const std::vector<uint8_t>& bytes) {
-        write_bytes(folder.file("crc.bin"), bytes);
-        ASSERT_EQ(
-            mox_file_open(&file, folder.library_path("crc.bin").c_str(), MOX_FILE_READ | MOX_FILE_WRITE), 1);
-    }
-    std::vector<uint8_t> disc() const { return read_bytes(folder.file("crc.bin")); }
+    mox_test::DiscFile data_file{"crc.bin"};
+    mox_file& file = data_file.file;
+    void open_with(const std::vector<uint8_t>& bytes) { ASSERT_TRUE(data_file.open_with(bytes)); }
+    std::vector<uint8_t> disc() const { return data_file.on_disc(); }
 };
 
 } // namespace

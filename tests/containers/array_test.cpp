@@ -7,12 +7,9 @@
 #include <vector>
 
 #include "support/error_listener.h"
-#include "support/temp_folder.h"
+#include "support/disc_file.h"
 
 using mox_test::ErrorListener;
-using mox_test::read_bytes;
-using mox_test::TempFolder;
-using mox_test::write_bytes;
 
 namespace {
 
@@ -256,11 +253,9 @@ TEST_F(ArrayTest, AReadThatRunsIntoTheHookFillsTheArrayNotTheCaller) {
 }
 
 TEST_F(ArrayTest, SaveWritesSizePositionAndBytes) {
-    TempFolder folder;
-    write_bytes(folder.file("a.bin"), {});
-    mox_file file;
-    mox_file_construct(&file, nullptr);
-    ASSERT_EQ(mox_file_open(&file, folder.library_path("a.bin").c_str(), MOX_FILE_READ | MOX_FILE_WRITE), 1);
+    mox_test::DiscFile disc("a.bin");
+    ASSERT_TRUE(disc.open_with({}, MOX_FILE_READ | MOX_FILE_WRITE));
+    mox_file& file = disc.file;
     ASSERT_EQ(mox_array_resize(&array, 3), 1);
     ASSERT_EQ(mox_array_write(&array, "xy", 2), 1);
     ErrorListener listener;
@@ -268,29 +263,25 @@ TEST_F(ArrayTest, SaveWritesSizePositionAndBytes) {
     EXPECT_EQ(file.position, 11u);
     EXPECT_TRUE(listener.silent());
     mox_file_destruct(&file);
-    EXPECT_EQ(read_bytes(folder.file("a.bin")), (std::vector<uint8_t>{3, 0, 0, 0, 2, 0, 0, 0, 'x', 'y', 0}));
+    EXPECT_EQ(disc.on_disc(), (std::vector<uint8_t>{3, 0, 0, 0, 2, 0, 0, 0, 'x', 'y', 0}));
 }
 
 TEST_F(ArrayTest, SaveOfAnEmptyArrayHandsTheFileANullBlock) {
-    TempFolder folder;
-    write_bytes(folder.file("a.bin"), {});
-    mox_file file;
-    mox_file_construct(&file, nullptr);
-    ASSERT_EQ(mox_file_open(&file, folder.library_path("a.bin").c_str(), MOX_FILE_WRITE), 1);
+    mox_test::DiscFile disc("a.bin");
+    ASSERT_TRUE(disc.open_with({}, MOX_FILE_WRITE));
+    mox_file& file = disc.file;
     ErrorListener listener;
     EXPECT_EQ(mox_array_save_to_file(&array, &file), 1);
     EXPECT_EQ(listener.hints(), kParams);
     mox_file_destruct(&file);
-    EXPECT_EQ(read_bytes(folder.file("a.bin")), (std::vector<uint8_t>(8, 0)));
+    EXPECT_EQ(disc.on_disc(), (std::vector<uint8_t>(8, 0)));
 }
 
 // Intended: the load takes the size from the file, allocates nothing and rewinds the position.
 TEST_F(ArrayTest, LoadIntoABlockOfTheSameSizeRewinds) {
-    TempFolder folder;
-    write_bytes(folder.file("a.bin"), {4, 0, 0, 0, 3, 0, 0, 0, 'p', 'q', 'r', 's', 0xEE});
-    mox_file file;
-    mox_file_construct(&file, nullptr);
-    ASSERT_EQ(mox_file_open(&file, folder.library_path("a.bin").c_str(), MOX_FILE_READ), 1);
+    mox_test::DiscFile disc("a.bin");
+    ASSERT_TRUE(disc.open_with({4, 0, 0, 0, 3, 0, 0, 0, 'p', 'q', 'r', 's', 0xEE}, MOX_FILE_READ));
+    mox_file& file = disc.file;
     ASSERT_EQ(mox_array_resize(&array, 4), 1);
     uint8_t* block = array.data;
     ErrorListener listener;
@@ -305,11 +296,9 @@ TEST_F(ArrayTest, LoadIntoABlockOfTheSameSizeRewinds) {
 }
 
 TEST_F(ArrayTest, LoadIntoAFreshArrayTakesNoBytesAndPosts) {
-    TempFolder folder;
-    write_bytes(folder.file("a.bin"), {2, 0, 0, 0, 1, 0, 0, 0, 'p', 'q'});
-    mox_file file;
-    mox_file_construct(&file, nullptr);
-    ASSERT_EQ(mox_file_open(&file, folder.library_path("a.bin").c_str(), MOX_FILE_READ), 1);
+    mox_test::DiscFile disc("a.bin");
+    ASSERT_TRUE(disc.open_with({2, 0, 0, 0, 1, 0, 0, 0, 'p', 'q'}, MOX_FILE_READ));
+    mox_file& file = disc.file;
     ErrorListener listener;
     EXPECT_EQ(mox_array_load_from_file(&array, &file), 1);
     EXPECT_EQ(listener.hints(), kParams);
@@ -323,11 +312,9 @@ TEST_F(ArrayTest, LoadIntoAFreshArrayTakesNoBytesAndPosts) {
 }
 
 TEST_F(ArrayTest, SaveThenLoadRoundTrip) {
-    TempFolder folder;
-    write_bytes(folder.file("a.bin"), {});
-    mox_file file;
-    mox_file_construct(&file, nullptr);
-    ASSERT_EQ(mox_file_open(&file, folder.library_path("a.bin").c_str(), MOX_FILE_READ | MOX_FILE_WRITE), 1);
+    mox_test::DiscFile disc("a.bin");
+    ASSERT_TRUE(disc.open_with({}, MOX_FILE_READ | MOX_FILE_WRITE));
+    mox_file& file = disc.file;
     ASSERT_EQ(mox_array_resize(&array, 5), 1);
     ASSERT_EQ(mox_array_write(&array, "hello", 5), 1);
     ASSERT_EQ(mox_array_save_to_file(&array, &file), 1);

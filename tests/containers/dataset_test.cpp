@@ -7,12 +7,9 @@
 #include <vector>
 
 #include "support/error_listener.h"
-#include "support/temp_folder.h"
+#include "support/disc_file.h"
 
 using mox_test::ErrorListener;
-using mox_test::read_bytes;
-using mox_test::TempFolder;
-using mox_test::write_bytes;
 
 namespace {
 
@@ -53,25 +50,12 @@ void release_loaded_text(mox_var& v) {
 
 struct DatasetTest : ::testing::Test {
     mox_dataset set{};
-    TempFolder folder;
-    mox_file file{};
-    void SetUp() override {
-        ASSERT_EQ(mox_dataset_construct(&set, nullptr), 1);
-        mox_file_construct(&file, nullptr);
-    }
-    void TearDown() override {
-        mox_file_destruct(&file);
-        mox_dataset_destruct(&set);
-    }
-    void open_file(const Bytes& bytes) {
-        write_bytes(folder.file("d.bin"), bytes);
-        ASSERT_EQ(mox_file_open(&file, folder.library_path("d.bin").c_str(), MOX_FILE_READ | MOX_FILE_WRITE),
-                  1);
-    }
-    Bytes file_bytes() {
-        mox_file_close(&file);
-        return read_bytes(folder.file("d.bin"));
-    }
+    mox_test::DiscFile disc{"d.bin"};
+    mox_file& file = disc.file;
+    void SetUp() override { ASSERT_EQ(mox_dataset_construct(&set, nullptr), 1); }
+    void TearDown() override { mox_dataset_destruct(&set); }
+    void open_file(const Bytes& bytes) { ASSERT_TRUE(disc.open_with(bytes)); }
+    Bytes file_bytes() { return disc.on_disc(); }
     mox_var& value(uint32_t column, uint32_t row) { return set.rows[row].fields[column].value; }
     void set_text(uint32_t column, uint32_t row, const char* text) {
         ASSERT_EQ(mox_var_set_type(&value(column, row), 12), 1);
@@ -739,7 +723,7 @@ TEST_F(DatasetTest, LoadRefusesAFileCutInsideTheValues) {
     open_file({});
     ASSERT_EQ(mox_dataset_save_to_file(&set, &file), 1);
     mox_file_close(&file);
-    Bytes bytes = read_bytes(folder.file("d.bin"));
+    Bytes bytes = disc.on_disc();
     bytes.resize(bytes.size() - 1);
     mox_dataset_resize(&set, 1, 1);
     open_file(bytes);

@@ -8,13 +8,10 @@
 
 #include "support/child.h"
 #include "support/error_listener.h"
-#include "support/temp_folder.h"
+#include "support/disc_file.h"
 
 using mox_test::ErrorListener;
-using mox_test::read_bytes;
 using mox_test::run_in_child;
-using mox_test::TempFolder;
-using mox_test::write_bytes;
 
 namespace {
 
@@ -252,13 +249,9 @@ TEST_F(FifoTest, AnOverflowHookThatGrowsTheRing) {
 }
 
 TEST_F(FifoTest, SaveWritesTheFiveFieldsAndTheBytes) {
-    TempFolder folder;
-    write_bytes(folder.file("f.bin"), {});
-    mox_file file;
-    mox_file_construct(&file, nullptr);
-    ASSERT_EQ(mox_file_open(&file, folder.library_path("f.bin").c_str(),
-                            MOX_FILE_READ | MOX_FILE_WRITE | MOX_FILE_SHARE_READ),
-              1);
+    mox_test::DiscFile disc("f.bin");
+    ASSERT_TRUE(disc.open_with({}));
+    mox_file& file = disc.file;
     ASSERT_EQ(mox_fifo_resize(&fifo, 3), 1);
     write("pqrs");
     EXPECT_EQ(fifo.read_position, 1u);
@@ -266,9 +259,8 @@ TEST_F(FifoTest, SaveWritesTheFiveFieldsAndTheBytes) {
     fifo.limit = 0x01020304;
     EXPECT_EQ(mox_fifo_save_to_file(&fifo, &file), 1);
     EXPECT_EQ(file.position, 23u);
-    EXPECT_EQ(
-        read_bytes(folder.file("f.bin")),
-        (std::vector<uint8_t>{3, 0, 0, 0, 3, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 4, 3, 2, 1, 's', 'q', 'r'}));
+    EXPECT_EQ(disc.on_disc(), (std::vector<uint8_t>{3, 0, 0, 0, 3, 0, 0, 0, 1,   0,   0,  0,
+                                                    1, 0, 0, 0, 4, 3, 2, 1, 's', 'q', 'r'}));
     // Loaded back into a ring with a block of that size.
     ASSERT_EQ(mox_file_set_pointer_u32(&file, 0), 1);
     mox_fifo other;

@@ -7,12 +7,9 @@
 #include <vector>
 
 #include "support/error_listener.h"
-#include "support/temp_folder.h"
+#include "support/disc_file.h"
 
 using mox_test::ErrorListener;
-using mox_test::read_bytes;
-using mox_test::TempFolder;
-using mox_test::write_bytes;
 
 namespace {
 
@@ -199,19 +196,15 @@ TEST_F(StackTest, ResizeToZeroOfAnEmptyStackFailsAndClears) {
 }
 
 TEST_F(StackTest, SaveAndLoadKeepThePosition) {
-    TempFolder folder;
-    write_bytes(folder.file("s.bin"), {});
-    mox_file file;
-    mox_file_construct(&file, nullptr);
-    ASSERT_EQ(mox_file_open(&file, folder.library_path("s.bin").c_str(),
-                            MOX_FILE_READ | MOX_FILE_WRITE | MOX_FILE_SHARE_READ),
-              1);
+    mox_test::DiscFile disc("s.bin");
+    ASSERT_TRUE(disc.open_with({}));
+    mox_file& file = disc.file;
     ASSERT_EQ(mox_stack_resize(&stack, 3), 1);
     ASSERT_EQ(mox_stack_push(&stack, "uv", 2), 1);
     ErrorListener listener;
     EXPECT_EQ(mox_stack_save_to_file(&stack, &file), 1);
     EXPECT_EQ(file.position, 11u);
-    EXPECT_EQ(read_bytes(folder.file("s.bin")), (std::vector<uint8_t>{3, 0, 0, 0, 2, 0, 0, 0, 'u', 'v', 0}));
+    EXPECT_EQ(disc.on_disc(), (std::vector<uint8_t>{3, 0, 0, 0, 2, 0, 0, 0, 'u', 'v', 0}));
     ASSERT_EQ(mox_file_set_pointer_u32(&file, 0), 1);
     // A fresh stack gets its block from the load, and keeps the position.
     mox_stack other;
@@ -228,11 +221,9 @@ TEST_F(StackTest, SaveAndLoadKeepThePosition) {
 }
 
 TEST_F(StackTest, LoadOfSizeZeroIntoAnEmptyStackFails) {
-    TempFolder folder;
-    write_bytes(folder.file("s.bin"), {0, 0, 0, 0, 7, 0, 0, 0});
-    mox_file file;
-    mox_file_construct(&file, nullptr);
-    ASSERT_EQ(mox_file_open(&file, folder.library_path("s.bin").c_str(), MOX_FILE_READ), 1);
+    mox_test::DiscFile disc("s.bin");
+    ASSERT_TRUE(disc.open_with({0, 0, 0, 0, 7, 0, 0, 0}, MOX_FILE_READ));
+    mox_file& file = disc.file;
     EXPECT_EQ(mox_stack_load_from_file(&stack, &file), 0);
     EXPECT_EQ(stack.size, 0u);
     EXPECT_EQ(stack.position, 0u);

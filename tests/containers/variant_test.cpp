@@ -7,12 +7,9 @@
 #include <vector>
 
 #include "support/error_listener.h"
-#include "support/temp_folder.h"
+#include "support/disc_file.h"
 
 using mox_test::ErrorListener;
-using mox_test::read_bytes;
-using mox_test::TempFolder;
-using mox_test::write_bytes;
 
 namespace {
 
@@ -20,26 +17,13 @@ using Bytes = std::vector<uint8_t>;
 
 struct VarTest : ::testing::Test {
     mox_var var{};
-    TempFolder folder;
-    mox_file file{};
-    void SetUp() override {
-        ASSERT_EQ(mox_var_construct(&var, nullptr), 1);
-        mox_file_construct(&file, nullptr);
-    }
-    void TearDown() override {
-        mox_file_destruct(&file);
-        mox_var_destruct(&var);
-    }
+    mox_test::DiscFile disc{"v.bin"};
+    mox_file& file = disc.file;
+    void SetUp() override { ASSERT_EQ(mox_var_construct(&var, nullptr), 1); }
+    void TearDown() override { mox_var_destruct(&var); }
     // Opens "v.bin" holding `bytes` for reading and writing, at position 0.
-    void open_file(const Bytes& bytes) {
-        write_bytes(folder.file("v.bin"), bytes);
-        ASSERT_EQ(mox_file_open(&file, folder.library_path("v.bin").c_str(), MOX_FILE_READ | MOX_FILE_WRITE),
-                  1);
-    }
-    Bytes file_bytes() {
-        mox_file_close(&file);
-        return read_bytes(folder.file("v.bin"));
-    }
+    void open_file(const Bytes& bytes) { ASSERT_TRUE(disc.open_with(bytes)); }
+    Bytes file_bytes() { return disc.on_disc(); }
     static std::string block_bytes(const mox_var& v, size_t size) {
         return std::string(static_cast<const char*>(v.value), size);
     }

@@ -10,12 +10,9 @@
 #include <vector>
 
 #include "support/error_listener.h"
-#include "support/temp_folder.h"
+#include "support/disc_file.h"
 
 using mox_test::ErrorListener;
-using mox_test::read_bytes;
-using mox_test::TempFolder;
-using mox_test::write_bytes;
 
 namespace {
 
@@ -475,17 +472,10 @@ TEST(Vector, NullOutputsFailSilently) {
 namespace {
 
 struct PersistTest : ::testing::Test {
-    TempFolder folder;
-    mox_file file{};
-    void SetUp() override { ASSERT_EQ(mox_file_construct(&file, nullptr), 1); }
-    void TearDown() override { mox_file_destruct(&file); }
-    void open_with(const std::vector<uint8_t>& bytes) {
-        write_bytes(folder.file("value.bin"), bytes);
-        ASSERT_EQ(mox_file_open(&file, folder.library_path("value.bin").c_str(),
-                                MOX_FILE_READ | MOX_FILE_WRITE | MOX_FILE_SHARE_READ),
-                  1);
-    }
-    std::vector<uint8_t> on_disc() { return read_bytes(folder.file("value.bin")); }
+    mox_test::DiscFile disc{"value.bin"};
+    mox_file& file = disc.file;
+    void open_with(const std::vector<uint8_t>& bytes) { ASSERT_TRUE(disc.open_with(bytes)); }
+    std::vector<uint8_t> on_disc() { return disc.on_disc(); }
 };
 
 } // namespace

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "time/civil_days.h"
+
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -22,15 +24,7 @@
 
 namespace {
 
-// Days from 1 January 1970 to a proleptic Gregorian date, worked out independently of the library.
-int64_t days_from_civil(int64_t y, unsigned m, unsigned d) {
-    y -= m <= 2;
-    const int64_t era = (y >= 0 ? y : y - 399) / 400;
-    const unsigned yoe = static_cast<unsigned>(y - era * 400);
-    const unsigned doy = (153 * (m + (m > 2 ? -3 : 9)) + 2) / 5 + d - 1;
-    const unsigned doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
-    return era * 146097 + static_cast<int64_t>(doe) - 719468;
-}
+using time_test::days_from_civil;
 
 // The library's day number for a date, from the test's own reckoning: day 0 is 30 December 1899,
 // and days before it wrap as 32-bit unsigned numbers.
